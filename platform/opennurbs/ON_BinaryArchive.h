@@ -4,17 +4,23 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "ON_Array.h"
 #include "ON_BoundingBox.h"
 #include "ON_Color.h"
 #include "ON_RoundShapes.h"
+#include "ON_String.h"
 #include "ON_UUID.h"
 #include "ON_Xform.h"
 
 /// Writes and reads values in openNURBS's encoding: little-endian, without padding.
 ///
 /// Every function returns whether all bytes went through. An archive without the needed mode bit
-/// returns false and moves nothing. On a short read the bytes that were there have been consumed
-/// and stand in the front of the destination.
+/// returns false and moves nothing. Constructing an archive costs next to nothing, so that one per
+/// value will do.
+///
+/// - Deliberate: the bytes of a short read have been consumed and stand in the front of the
+///   destination. A value of several fields (plane, circle, arc, line, box) stops at the first
+///   short field and keeps the ones before it.
 ///
 /// The virtual functions are binary interface in this order.
 class VERIDANE_OPENNURBS_API ON_BinaryArchive {
@@ -32,6 +38,7 @@ protected:
     virtual size_t Read(size_t byteCount, void* destination) = 0;
     virtual size_t Write(size_t byteCount, const void* source) = 0;
     virtual bool Flush() = 0;
+    /// Called for user data of an unknown application; returns 0.
     virtual int LoadUserDataApplication(ON_UUID applicationId);
 
 public:
@@ -41,17 +48,90 @@ public:
     bool ReadMode() const noexcept { return (m_mode & ON::read) != 0; }
     bool WriteMode() const noexcept { return (m_mode & ON::write) != 0; }
 
-    bool WritePoint(const ON_2dPoint& point);
-    bool ReadPoint(ON_2dPoint& point);
-    bool WriteColor(const ON_Color& color);
+    /// @name Numbers
+    /// @{
+    bool WriteByte(size_t byteCount, const void* source);
+    bool ReadByte(size_t byteCount, void* destination);
+    bool WriteBool(bool value);
+    bool ReadBool(bool* value);
+    bool WriteChar(char value) { return WriteByte(1, &value); }
+    bool ReadChar(char* value) { return ReadByte(1, value); }
+    bool WriteShort(short value) { return WriteByte(2, &value); }
+    bool ReadShort(short* value) { return ReadByte(2, value); }
+    bool WriteInt(int value) { return WriteByte(4, &value); }
+    bool ReadInt(int* value) { return ReadByte(4, value); }
+    bool WriteInt(unsigned int value) { return WriteByte(4, &value); }
+    bool ReadInt(unsigned int* value) { return ReadByte(4, value); }
+    bool WriteDouble(double value) { return WriteByte(8, &value); }
+    bool ReadDouble(double* value) { return ReadByte(8, value); }
+    bool WriteDouble(size_t count, const double* values) { return WriteByte(8 * count, values); }
+    bool ReadDouble(size_t count, double* values) { return ReadByte(8 * count, values); }
+    bool WriteUuid(const ON_UUID& id);
+    bool ReadUuid(ON_UUID& id);
+    /// @}
+
+    /// @name Points, vectors and transformations: their doubles
+    /// @{
+    bool WritePoint(const ON_2dPoint& point) { return WriteDouble(2, &point.x); }
+    bool ReadPoint(ON_2dPoint& point) { return ReadDouble(2, &point.x); }
+    bool WritePoint(const ON_3dPoint& point) { return WriteDouble(3, &point.x); }
+    bool ReadPoint(ON_3dPoint& point) { return ReadDouble(3, &point.x); }
+    bool WritePoint(const ON_4dPoint& point) { return WriteDouble(4, &point.x); }
+    bool ReadPoint(ON_4dPoint& point) { return ReadDouble(4, &point.x); }
+    bool WriteVector(const ON_2dVector& vector) { return WriteDouble(2, &vector.x); }
+    bool ReadVector(ON_2dVector& vector) { return ReadDouble(2, &vector.x); }
+    bool WriteVector(const ON_3dVector& vector) { return WriteDouble(3, &vector.x); }
+    bool ReadVector(ON_3dVector& vector) { return ReadDouble(3, &vector.x); }
+    bool WriteXform(const ON_Xform& xform) { return WriteDouble(16, &xform.m_xform[0][0]); }
+    bool ReadXform(ON_Xform& xform) { return ReadDouble(16, &xform.m_xform[0][0]); }
+    /// @}
+
+    /// Writes the packed value, so the bytes are red, green, blue, alpha.
+    bool WriteColor(const ON_Color& color) { return WriteInt(static_cast<unsigned int>(color)); }
     /// - Deliberate: the colour is set even on failure, with 0 for the bytes that did not come.
     bool ReadColor(ON_Color& color);
+
+    /// @name Shapes
+    /// @{
+    bool WriteInterval(const ON_Interval& interval) { return WriteDouble(2, interval.m_t); }
+    bool ReadInterval(ON_Interval& interval) { return ReadDouble(2, interval.m_t); }
+    bool WriteLine(const ON_Line& line);
+    bool ReadLine(ON_Line& line);
+    bool WriteBoundingBox(const ON_BoundingBox& box);
+    bool ReadBoundingBox(ON_BoundingBox& box);
+    bool WritePlaneEquation(const ON_PlaneEquation& equation);
+    bool ReadPlaneEquation(ON_PlaneEquation& equation);
+    /// Writes frame and equation as they are stored.
     bool WritePlane(const ON_Plane& plane);
     bool ReadPlane(ON_Plane& plane);
+    /// Writes plane and radius, then the points at angle 0, pi/2 and pi.
+    bool WriteCircle(const ON_Circle& circle);
+    /// - Deliberate: the three points are read and dropped.
+    bool ReadCircle(ON_Circle& circle);
     bool WriteArc(const ON_Arc& arc);
     bool ReadArc(ON_Arc& arc);
-    bool WriteXform(const ON_Xform& xform);
-    bool ReadXform(ON_Xform& xform);
+    /// @}
+
+    /// @name Strings and arrays: a count, then the elements
+    ///
+    /// Counts are claims: memory is taken as the elements arrive, so that a wrong count costs
+    /// nothing. A short read leaves the string or array empty.
+    /// @{
+
+    /// Writes UTF-16 units; the count includes a terminating 0.
+    ///
+    /// - Deliberate: an empty string has the count 0 and no terminator.
+    bool WriteString(const ON_wString& text);
+    bool ReadString(ON_wString& text);
+    bool WriteArray(const ON_SimpleArray<double>& values);
+    bool ReadArray(ON_SimpleArray<double>& values);
+    bool WriteArray(const ON_SimpleArray<ON_3dPoint>& points);
+    bool ReadArray(ON_SimpleArray<ON_3dPoint>& points);
+    /// @}
+
+    /// Writes the version of a record as one byte, `major` in the upper half.
+    bool Write3dmChunkVersion(int major, int minor);
+    bool Read3dmChunkVersion(int* major, int* minor);
 
 private:
     ON::archive_mode m_mode;

@@ -11,22 +11,16 @@ public:
 
     /// The unit circle in the world xy plane.
     ON_Circle() noexcept : radius(1.0) {}
-    /// See the first `Create`.
-    ON_Circle(const ON_Plane& plane0, double radius0) noexcept { Create(plane0, radius0); }
-    /// See the second `Create`.
-    ON_Circle(const ON_Plane& plane0, const ON_3dPoint& center, double radius0) noexcept {
-        Create(plane0, center, radius0);
-    }
+    /// Takes the plane as it is; only the equation of an invalid plane is recomputed.
+    ///
+    /// - Deliberate: the radius is not checked.
+    VERIDANE_OPENNURBS_API ON_Circle(const ON_Plane& plane0, double radius0) noexcept;
+    /// Takes the plane moved to `center`, with its equation recomputed.
+    VERIDANE_OPENNURBS_API ON_Circle(const ON_Plane& plane0, const ON_3dPoint& center,
+                                     double radius0) noexcept;
     ON_Circle(const ON_Circle&) = default;
     ON_Circle& operator=(const ON_Circle&) = default;
     ~ON_Circle() noexcept {}
-
-    /// Takes the plane as it is; only the equation of an invalid plane is recomputed. The radius is
-    /// not checked. Returns whether the circle is valid.
-    VERIDANE_OPENNURBS_API bool Create(const ON_Plane& plane0, double radius0) noexcept;
-    /// Takes the plane moved to `center`.
-    VERIDANE_OPENNURBS_API bool Create(const ON_Plane& plane0, const ON_3dPoint& center,
-                                       double radius0) noexcept;
 
     bool IsValid() const noexcept { return ON_IsValid(radius) && radius > 0.0 && plane.IsValid(); }
     const ON_3dPoint& Center() const noexcept { return plane.origin; }
@@ -44,25 +38,22 @@ class ON_Arc : public ON_Circle {
 public:
     /// The whole unit circle in the world xy plane.
     ON_Arc() noexcept : m_angle(0.0, 2.0 * ON_PI) {}
+    /// Takes plane and radius of the circle and recomputes the equation.
+    ///
+    /// - Units: radians.
+    /// - Deliberate: a decreasing interval [a, b] is stored as [-a, -b] with the y and z axes
+    ///   reversed; an interval longer than 2 pi is cut to [a, a + 2 pi].
+    VERIDANE_OPENNURBS_API ON_Arc(const ON_Circle& circle, ON_Interval angles) noexcept;
     /// The arc from angle 0 to `angle`.
-    ON_Arc(const ON_Plane& plane0, double radius0, double angle) noexcept {
-        Create(ON_Circle(plane0, radius0), ON_Interval(0.0, angle));
-    }
-    ON_Arc(const ON_Circle& circle, double angle) noexcept {
-        Create(circle, ON_Interval(0.0, angle));
-    }
-    ON_Arc(const ON_Circle& circle, ON_Interval angles) noexcept { Create(circle, angles); }
-    ON_Arc(const ON_Circle& circle) noexcept { Create(circle, ON_Interval(0.0, 2.0 * ON_PI)); }
+    ON_Arc(const ON_Circle& circle, double angle) noexcept
+        : ON_Arc(circle, ON_Interval(0.0, angle)) {}
+    ON_Arc(const ON_Plane& plane0, double radius0, double angle) noexcept
+        : ON_Arc(ON_Circle(plane0, radius0), ON_Interval(0.0, angle)) {}
+    /// The whole circle.
+    ON_Arc(const ON_Circle& circle) noexcept : ON_Arc(circle, ON_Interval(0.0, 2.0 * ON_PI)) {}
     ON_Arc(const ON_Arc&) = default;
     ON_Arc& operator=(const ON_Arc&) = default;
     ~ON_Arc() noexcept {}
-
-    /// Takes plane and radius of the circle and recomputes the equation. Returns whether the arc is
-    /// valid.
-    ///
-    /// - Deliberate: a decreasing interval [a, b] is stored as [-a, -b] with the y and z axes
-    ///   reversed; an interval longer than 2 pi is cut to [a, a + 2 pi].
-    VERIDANE_OPENNURBS_API bool Create(const ON_Circle& circle, ON_Interval angles) noexcept;
 
     VERIDANE_OPENNURBS_API bool IsValid() const noexcept;
     /// Says whether the arc is the whole circle.

@@ -2,6 +2,7 @@
 /// its hosts use, under the same names, with the same results and the same bytes.
 #pragma once
 
+#include "ON_Array.h"
 #include "ON_BinaryArchive.h"
 #include "ON_BoundingBox.h"
 #include "ON_Color.h"
@@ -10,5 +11,6 @@
 #include "ON_Plane.h"
 #include "ON_Point.h"
 #include "ON_RoundShapes.h"
+#include "ON_String.h"
 #include "ON_UUID.h"
 #include "ON_Xform.h"
