@@ -25,9 +25,8 @@ CRuntimeClass* CObject::GetRuntimeClass() const {
 
 void CObject::Serialize(CArchive&) {}
 
-void CObject::AssertValid() const {
-    ASSERT(this != nullptr);
-}
+// ASSERT_VALID has checked the pointer, and there is nothing else to check here.
+void CObject::AssertValid() const {}
 
 void CObject::Dump(CDumpContext& context) const {
     context << GetRuntimeClass()->m_lpszClassName;
