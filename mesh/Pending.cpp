@@ -1,0 +1,104 @@
+// Operations whose units are still to come. Each answers that it is not supported, and its entry
+// leaves this file when its unit arrives.
+
+#include "mesh/VraMeshPrimitive.h"
+
+namespace Vr {
+
+// mesh/CreateNormal.cpp
+
+bool VraMeshPrimitive::CreateNormalPerTriangle() {
+    AfxThrowNotSupportedException();
+}
+
+bool VraMeshPrimitive::CreateNormalPerVertex() {
+    AfxThrowNotSupportedException();
+}
+
+// mesh/SetDataAsConeCylinder.cpp
+
+bool VraMeshPrimitive::SetDataAsCone(const ON_3dPoint&, const ON_3dPoint&, double, size_t) {
+    AfxThrowNotSupportedException();
+}
+
+bool VraMeshPrimitive::SetDataAsCylinder(const ON_3dPoint&, const ON_3dPoint&, double, size_t) {
+    AfxThrowNotSupportedException();
+}
+
+// mesh/DeleteFacetFaces.cpp
+
+size_t VraMeshPrimitive::DeleteFacetFaces(const std::vector<size_t>&) {
+    AfxThrowNotSupportedException();
+}
+
+// mesh/DeleteUnusedVertices.cpp
+
+void VraMeshPrimitive::DeleteUnusedVertices() {
+    AfxThrowNotSupportedException();
+}
+
+void VraMeshPrimitive::DeleteUnusedVertices(
+    const std::vector<boost::intrusive_ptr<VraMeshPrimitive>>&) {
+    AfxThrowNotSupportedException();
+}
+
+// mesh/Transform.cpp
+
+bool VraMeshPrimitive::Transform(const ON_Xform&, std::set<void*>&) {
+    AfxThrowNotSupportedException();
+}
+
+bool VraMeshPrimitive::Scale(double) {
+    AfxThrowNotSupportedException();
+}
+
+void VraMeshPrimitive::ReverseFaces(bool) {
+    AfxThrowNotSupportedException();
+}
+
+// mesh/GetFreeEdges.cpp
+
+void VraMeshPrimitive::GetFreeEdges(std::vector<std::pair<size_t, size_t>>&) const {
+    AfxThrowNotSupportedException();
+}
+
+// mesh/MergeSameVertex.cpp
+
+void VraMeshPrimitive::MergeSameData() {
+    AfxThrowNotSupportedException();
+}
+
+void VraMeshPrimitive::OnMergeSameVertex() {
+    AfxThrowNotSupportedException();
+}
+
+// mesh/MergeSameNormalColor.cpp
+
+void VraMeshPrimitive::OnMergeSameNormal() {
+    AfxThrowNotSupportedException();
+}
+
+void VraMeshPrimitive::OnMergeSameColor() {
+    AfxThrowNotSupportedException();
+}
+
+// mesh/RemoveDegenerateMesh.cpp
+
+bool VraMeshPrimitive::RemoveDegenerateMesh() {
+    AfxThrowNotSupportedException();
+}
+
+bool VraMeshPrimitive::OnRemoveDegenerateMesh(VraMeshDegenJudge&, bool) {
+    AfxThrowNotSupportedException();
+}
+
+// mesh/Merge.cpp
+
+bool VraMeshPrimitive::Merge(boost::intrusive_ptr<VraMeshPrimitive>,
+                             const std::vector<boost::intrusive_ptr<const VraMeshPrimitive>>&,
+                             std::vector<std::vector<int>>*, std::vector<std::vector<int>>*,
+                             std::vector<std::vector<int>>*) {
+    AfxThrowNotSupportedException();
+}
+
+}  // namespace Vr

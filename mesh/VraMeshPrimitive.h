@@ -1,0 +1,441 @@
+#pragma once
+
+#include <afx.h>
+
+#include <opennurbs.h>
+
+#include <atomic>
+#include <boost/container/small_vector.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+#include <boost/variant.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "module/Export.h"
+
+namespace Vr {
+
+class VraMesh;
+class VraMeshDegenJudge;
+class VraMeshPrimitive;
+class VruDuplicateMap;
+
+/// Reads an object with `CArchive::ReadObject`; serialize/MeshSerializers.h tells the whole.
+VERIDANE_MESH_API CArchive& AFXAPI operator>>(CArchive& archive, VraMeshPrimitive*& mesh);
+
+/// @name Reference count of primitives
+/// What `boost::intrusive_ptr` calls: the count starts at 0, changes atomically, and the release
+/// that takes it back to 0 deletes the object through its virtual destructor.
+/// @{
+VERIDANE_MESH_API void intrusive_ptr_add_ref(const VraMeshPrimitive* mesh);
+VERIDANE_MESH_API void intrusive_ptr_release(const VraMeshPrimitive* mesh);
+VERIDANE_MESH_API void intrusive_ptr_add_ref(const VraMesh* mesh);
+VERIDANE_MESH_API void intrusive_ptr_release(const VraMesh* mesh);
+/// @}
+
+/// A triangle mesh held as nine shared arrays and a crease angle.
+///
+/// Each array is held through a `std::shared_ptr` handle that other primitives and the host may hold
+/// as well. There is no copy-on-write: who changes an array through one handle changes it for every
+/// holder. Operations that edit say so under *Sharing*; operations that build new data install new
+/// arrays through the setters and leave the old ones to their other holders.
+///
+/// | array | element | addressed by |
+/// |---|---|---|
+/// | vertex | position | vertex index array |
+/// | normal | unit vector | normal index array |
+/// | colour | packed colour | colour index array |
+/// | vertex index | three vertex numbers a triangle | triangle number |
+/// | normal index, colour index | one number a triangle, or one a corner | triangle number |
+/// | texture-UV index | three numbers a triangle | triangle number |
+/// | UV | texture coordinate | corner, where it has three entries a triangle |
+/// | texture-UV | texture coordinate | texture-UV index array |
+///
+/// A missing array (empty handle) and an empty array are different things, and both are legal.
+///
+/// - Order: triangles are wound counter-clockwise seen from outside.
+/// - Units: angles are radians; lengths are the host's.
+/// - Requires: every number in an index array addresses an element; per-triangle lists have one
+///   entry, per-vertex lists one triple, for each triangle. Nothing checks this.
+class VERIDANE_MESH_API VraMeshPrimitive : public CObject {
+    DECLARE_SERIAL(VraMeshPrimitive)
+
+public:
+    /// The three numbers of one triangle, in winding order.
+    struct TriangleIndex {
+        size_t v[3];
+
+        size_t& operator[](size_t corner) noexcept { return v[corner]; }
+        const size_t& operator[](size_t corner) const noexcept { return v[corner]; }
+
+        friend bool operator==(const TriangleIndex& a, const TriangleIndex& b) noexcept {
+            return a.v[0] == b.v[0] && a.v[1] == b.v[1] && a.v[2] == b.v[2];
+        }
+        friend bool operator!=(const TriangleIndex& a, const TriangleIndex& b) noexcept {
+            return !(a == b);
+        }
+    };
+
+    /// The numbers of normals or colours, in one of two forms.
+    ///
+    /// - Shape: alternative 0, per triangle: entry t serves all corners of triangle t. Alternative 1,
+    ///   per vertex: triple t serves the corners of triangle t one by one.
+    /// - Throws: `boost::get` of the alternative not held throws `boost::bad_get`.
+    class IndexArray {
+    public:
+        using PerTriangle = std::vector<size_t>;
+        using PerVertex = std::vector<TriangleIndex>;
+
+        /// Holds an empty per-triangle list.
+        IndexArray() = default;
+        explicit IndexArray(PerTriangle numbers) : data(std::move(numbers)) {}
+        explicit IndexArray(PerVertex triples) : data(std::move(triples)) {}
+
+        /// Returns 0 for the per-triangle form and 1 for the per-vertex form.
+        int which() const noexcept { return data.which(); }
+
+        boost::variant<PerTriangle, PerVertex> data;
+    };
+
+    /// One vertex as `VraMeshDegenJudge` inspects it: a key and the triangles around it.
+    struct MeshVertex {
+        uint64_t key = 0;
+        uint64_t reserved = 0;  ///< Not looked at by the judge.
+        boost::container::small_vector<uint64_t, 32> triangles;
+    };
+
+    /// How a triangle counts in the normal of a vertex.
+    enum VertexNormalWeightType {
+        Area = 0,  ///< By its area.
+        Angle = 1  ///< By its interior angle at the vertex.
+    };
+
+    using VertexArray = std::vector<ON_3dPoint>;
+    using NormalArray = std::vector<ON_3dVector>;
+    using ColorArray = std::vector<ON_Color>;
+    using VertexIndexArray = std::vector<TriangleIndex>;
+    using TextureUVIndexArray = std::vector<TriangleIndex>;
+    using UVArray = std::vector<ON_2dPoint>;
+    using TextureUVArray = std::vector<ON_2dPoint>;
+
+    /// Creates an empty primitive: crease angle 0, all handles empty, reference count 0.
+    VraMeshPrimitive();
+    VraMeshPrimitive(const VraMeshPrimitive&) = delete;
+    VraMeshPrimitive& operator=(const VraMeshPrimitive&) = delete;
+
+    // The order of the virtual declarations from here to the end of the class is binary interface:
+    // hosts are compiled against it. New ones go last.
+
+    /// Releases the handles, the texture-UV array first and the vertex array last.
+    ~VraMeshPrimitive() override;
+
+protected:
+    /// Stores or loads the body of the object (serialize/MeshSerializers.cpp).
+    ///
+    /// The byte layout is in docs/stream-format.md. The texture-UV index and texture-UV arrays are
+    /// not part of it.
+    ///
+    /// - Sharing: an array met before on the same archive is stored as its number, and shared again
+    ///   when loaded. Arrays are told apart by address, so a stored array must live, at its place,
+    ///   until the archive is closed.
+    /// - Requires: `archive` is a `VrmArchive`; a plain `CArchive` is not supported.
+    /// - Throws: `CArchiveException*` (cause `endOfFile`) for a short stream, `CUserException*` when
+    ///   the observer cancels, `std::length_error` "vector too long" for a count no vector can have,
+    ///   `std::bad_alloc`. Arrays read by then are installed, the others are as they were.
+    /// - Complexity: linear in what is stored, one pass, calling thread only.
+    void Serialize(CArchive& archive) override;
+
+public:
+    void AssertValid() const override;
+    void Dump(CDumpContext& context) const override;
+
+protected:
+    /// Creates the duplicate for `Duplicate`; an override may answer an empty pointer.
+    ///
+    /// - Result: an object of this object's run-time class, deep-copied through `map`; an empty
+    ///   pointer when that class cannot be created or `DeepCopy` answered false.
+    /// - Throws: `std::bad_alloc`; the new object is gone then.
+    virtual boost::intrusive_ptr<VraMeshPrimitive> OnDuplicate(VruDuplicateMap& map) const;
+
+public:
+    /// @name State
+    /// @{
+    /// Returns whether the normal index array is there and holds the per-vertex form, even if empty.
+    virtual bool IsNormalPerVertex() const;
+    /// Returns whether the colour index array is there and holds the per-vertex form, even if empty.
+    virtual bool IsColorPerVertex() const;
+    /// Returns whether there are no triangles.
+    ///
+    /// - Deliberate: a primitive with vertices but no triangle is empty.
+    virtual bool IsEmpty() const;
+    /// @}
+
+    /// @name Arrays
+    /// A setter shares the given array and lets go of the old one; an empty handle removes the
+    /// array. The getters give a handle to the same array, or an empty handle; they never copy or
+    /// create. `GetModifiable...` differs from `Get...` in constness only.
+    ///
+    /// - Deliberate: no copy-on-write; what is changed through a modifiable handle changes for every
+    ///   holder of the array.
+    /// @{
+    virtual void SetVertexArray(std::shared_ptr<VertexArray> vertices);
+    virtual std::shared_ptr<const VertexArray> GetVertexArray() const;
+    virtual std::shared_ptr<VertexArray> GetModifiableVertexArray();
+
+    virtual void SetNormalArray(std::shared_ptr<NormalArray> normals);
+    virtual std::shared_ptr<const NormalArray> GetNormalArray() const;
+    virtual std::shared_ptr<NormalArray> GetModifiableNormalArray();
+
+    virtual void SetColorArray(std::shared_ptr<ColorArray> colors);
+    virtual std::shared_ptr<const ColorArray> GetColorArray() const;
+    virtual std::shared_ptr<ColorArray> GetModifiableColorArray();
+
+    virtual void SetVertexIndexArray(std::shared_ptr<VertexIndexArray> triangles);
+    virtual std::shared_ptr<const VertexIndexArray> GetVertexIndexArray() const;
+    virtual std::shared_ptr<VertexIndexArray> GetModifiableVertexIndexArray();
+
+    virtual void SetNormalIndexArray(std::shared_ptr<IndexArray> normalIndices);
+    virtual std::shared_ptr<const IndexArray> GetNormalIndexArray() const;
+    virtual std::shared_ptr<IndexArray> GetModifiableNormalIndexArray();
+
+    virtual void SetColorIndexArray(std::shared_ptr<IndexArray> colorIndices);
+    virtual std::shared_ptr<const IndexArray> GetColorIndexArray() const;
+    virtual std::shared_ptr<IndexArray> GetModifiableColorIndexArray();
+
+    virtual void SetTextureUVIndexArray(std::shared_ptr<TextureUVIndexArray> textureUVIndices);
+    virtual std::shared_ptr<const TextureUVIndexArray> GetTextureUVIndexArray() const;
+    virtual std::shared_ptr<TextureUVIndexArray> GetModifiableTextureUVIndexArray();
+
+    virtual void SetUVArray(std::shared_ptr<UVArray> uvs);
+    virtual std::shared_ptr<const UVArray> GetUVArray() const;
+    virtual std::shared_ptr<UVArray> GetModifiableUVArray();
+
+    virtual void SetTextureUVArray(std::shared_ptr<TextureUVArray> textureUVs);
+    virtual std::shared_ptr<const TextureUVArray> GetTextureUVArray() const;
+    virtual std::shared_ptr<TextureUVArray> GetModifiableTextureUVArray();
+    /// @}
+
+    /// @name Crease angle
+    /// The angle in radians beyond which `CreateNormalPerVertex` splits normals; stored as given.
+    /// @{
+    virtual double GetCreaseAngle() const;
+    virtual void SetCreaseAngle(double creaseAngle);
+    /// @}
+
+    /// @name Normals (mesh/CreateNormal.cpp)
+    /// @{
+    virtual bool CreateNormalPerTriangle();
+    virtual bool CreateNormalPerVertex();
+    /// @}
+
+    /// @name Measures (mesh/Measure.cpp)
+    /// @{
+    /// Returns the area of one triangle.
+    ///
+    /// - Units: squared length unit of the positions.
+    /// - Result: -1.0 when the vertex array or the vertex index array is missing, or `triangle` is
+    ///   greater than the triangle count.
+    /// - Deliberate: the bound is "greater than", so a number equal to the count passes the guard
+    ///   and reads past the end; callers pass numbers below the count.
+    /// - Requires: the triangle's vertex numbers are below the vertex count.
+    /// - Complexity: constant, no allocation.
+    virtual double GetTriangleArea(size_t triangle) const;
+    /// @}
+
+    /// @name Solids (mesh/SetDataAsBox.cpp, mesh/SetDataAsConeCylinder.cpp)
+    /// @{
+    /// Replaces the geometry with a closed box of 8 vertices, 12 triangles and 6 face normals.
+    ///
+    /// The box is taken as it is, also when it is unset or inverted: its corners are those of
+    /// `ON_BoundingBox::Corner`.
+    ///
+    /// - Shape: two triangles and one normal a side; normal indices 0,0,1,1,...,5,5 in the
+    ///   per-triangle form.
+    /// - Order: corners (0,0,0), (1,0,0), (1,1,0), (0,1,0), then the same four at the upper z. Sides
+    ///   bottom, front, right, back, left, top (-z, -y, +x, +y, -x, +z).
+    /// - Sharing: installs new vertex, normal, vertex index and normal index arrays and empties the
+    ///   colour and colour index handles; texture arrays and the crease angle stay. Arrays held
+    ///   before are left unchanged to their other holders.
+    /// - Result: always true.
+    /// - Deliberate: the second triangle of the back side starts at vertex 6, not at 2 as the first.
+    /// - Throws: `std::bad_alloc`; handles replaced by then keep their new arrays.
+    virtual bool SetDataAsBox(const ON_BoundingBox& box);
+    virtual bool SetDataAsCone(const ON_3dPoint& first, const ON_3dPoint& second, double radius,
+                               size_t segmentCount);
+    virtual bool SetDataAsCylinder(const ON_3dPoint& first, const ON_3dPoint& second, double radius,
+                                   size_t segmentCount);
+    /// @}
+
+    /// @name Joining equal data (mesh/MergeSameVertex.cpp)
+    /// @{
+    virtual void MergeSameData();
+    /// @}
+
+    /// @name Deleting triangles and vertices (mesh/DeleteFacetFaces.cpp, DeleteUnusedVertices.cpp)
+    /// @{
+    virtual size_t DeleteFacetFaces(const std::vector<size_t>& faces);
+    virtual void DeleteUnusedVertices();
+    /// @}
+
+    /// @name Transforms (mesh/Transform.cpp)
+    /// @{
+    virtual bool Transform(const ON_Xform& xf, std::set<void*>& done);
+    virtual bool Scale(double factor);
+    /// @}
+
+    /// @name Measures (mesh/Measure.cpp)
+    /// @{
+    /// Finds the axis-aligned bounding box of the vertices that triangles use.
+    ///
+    /// - Result: true and `box` written; false, and `box` untouched, when the vertex array or the
+    ///   vertex index array is missing or there is no triangle.
+    /// - Deliberate: vertices that no triangle uses do not count.
+    /// - Requires: every vertex number is below the vertex count.
+    /// - Complexity: linear in the triangles, no allocation, calling thread only.
+    virtual bool CalcBoundingBox(ON_BoundingBox& box) const;
+    /// @}
+
+    /// @name Duplication (mesh/Duplicate.cpp)
+    /// @{
+    /// Makes `target` share this primitive's arrays and copies the crease angle.
+    ///
+    /// - Sharing: afterwards both hold the same array objects, so an edit in place through one is
+    ///   seen through the other. Handles that are empty here become empty there.
+    /// - Deliberate: the UV handle of the target is left as it is.
+    virtual void ShallowCopy(boost::intrusive_ptr<VraMeshPrimitive> target);
+    /// @}
+
+    /// @name Measures (mesh/Measure.cpp)
+    /// @{
+    /// Returns the signed volume enclosed by the triangles as seen from `reference`.
+    ///
+    /// Sums the signed tetrahedra (reference, P0, P1, P2) of all triangles in array order. For a
+    /// closed and consistently wound mesh the result does not depend on `reference`; for an open
+    /// mesh it does.
+    ///
+    /// - Units: cubed length unit of the positions; positive for counter-clockwise winding seen from
+    ///   outside.
+    /// - Result: 0.0 when the vertex array or the vertex index array is missing or there is no
+    ///   triangle.
+    /// - Requires: every vertex number is below the vertex count.
+    /// - Complexity: linear in the triangles, no allocation, calling thread only.
+    /// - Source: Zhang and Chen, "Efficient feature extraction for 2D/3D objects in mesh
+    ///   representation", 2001.
+    virtual double CalcVolume(ON_3dPoint reference) const;
+    /// @}
+
+    /// @name Free edges (mesh/GetFreeEdges.cpp)
+    /// @{
+    virtual void GetFreeEdges(std::vector<std::pair<size_t, size_t>>& edges) const;
+    /// @}
+
+protected:
+    /// @name Steps of `MergeSameData` (mesh/MergeSameVertex.cpp, mesh/MergeSameNormalColor.cpp)
+    /// @{
+    virtual void OnMergeSameVertex();
+    virtual void OnMergeSameNormal();
+    virtual void OnMergeSameColor();
+    /// @}
+
+    /// @name Degenerate triangles (mesh/RemoveDegenerateMesh.cpp)
+    /// @{
+    virtual bool OnRemoveDegenerateMesh(VraMeshDegenJudge& judge, bool judgeTriangles);
+    /// @}
+
+public:
+    /// @name Duplication (mesh/Duplicate.cpp)
+    /// @{
+    /// Returns a copy with arrays of its own; sharing between roles of this primitive is kept.
+    boost::intrusive_ptr<VraMeshPrimitive> Duplicate() const;
+
+    /// Returns the duplicate of this primitive within one duplication pass.
+    ///
+    /// - Sharing: arrays that primitives of the pass share are copied once and shared again by the
+    ///   duplicates.
+    /// - Result: the same object each time it is called with the same map; an empty pointer, and
+    ///   nothing recorded, when `OnDuplicate` gives one.
+    /// - Requires: a duplicate made earlier with `map` still lives; the map does not own it.
+    /// - Throws: `std::bad_alloc`, `std::length_error`; nothing is recorded for this primitive then.
+    boost::intrusive_ptr<VraMeshPrimitive> Duplicate(VruDuplicateMap& map) const;
+
+    /// Copies the crease angle and every array that is there into `target`.
+    ///
+    /// - Order: vertex, normal, colour, vertex index, texture-UV index, texture-UV, normal index,
+    ///   colour index.
+    /// - Sharing: an array already copied with `map` is shared, any other is copied and recorded.
+    ///   Members are read and written directly, not through the accessors.
+    /// - Result: always true.
+    /// - Deliberate: handles that are empty here leave the target's as they are, and the UV array is
+    ///   never copied.
+    /// - Throws: `std::bad_alloc`, `std::length_error`; arrays assigned by then stay.
+    /// - Complexity: linear in the bytes copied.
+    bool DeepCopy(boost::intrusive_ptr<VraMeshPrimitive> target, VruDuplicateMap& map) const;
+    /// @}
+
+    /// @name Degenerate triangles (mesh/RemoveDegenerateMesh.cpp)
+    /// @{
+    bool RemoveDegenerateMesh();
+    /// @}
+
+    /// @name Transforms (mesh/Transform.cpp)
+    /// @{
+    void ReverseFaces(bool reverseNormals);
+    /// @}
+
+    /// @name Merging primitives (mesh/Merge.cpp)
+    /// @{
+    static bool Merge(boost::intrusive_ptr<VraMeshPrimitive> target,
+                      const std::vector<boost::intrusive_ptr<const VraMeshPrimitive>>& sources,
+                      std::vector<std::vector<int>>* vertexMaps = nullptr,
+                      std::vector<std::vector<int>>* normalMaps = nullptr,
+                      std::vector<std::vector<int>>* colorMaps = nullptr);
+    /// @}
+
+    /// @name Deleting vertices of several primitives (mesh/DeleteUnusedVertices.cpp)
+    /// @{
+    static void DeleteUnusedVertices(
+        const std::vector<boost::intrusive_ptr<VraMeshPrimitive>>& primitives);
+    /// @}
+
+    /// @name Weighting of vertex normals
+    /// One setting for the whole process, `Area` at first, read by `CreateNormalPerVertex` of every
+    /// primitive. Not synchronised and not checked: do not change it while normals are made.
+    /// @{
+    static VertexNormalWeightType GetVertexNormalWeightType();
+    static void SetVertexNormalWeightType(VertexNormalWeightType weightType);
+    /// @}
+
+private:
+    void AddRef() const;
+    void Release() const;
+
+    friend VERIDANE_MESH_API void intrusive_ptr_add_ref(const VraMeshPrimitive* mesh);
+    friend VERIDANE_MESH_API void intrusive_ptr_release(const VraMeshPrimitive* mesh);
+    friend VERIDANE_MESH_API void intrusive_ptr_add_ref(const VraMesh* mesh);
+    friend VERIDANE_MESH_API void intrusive_ptr_release(const VraMesh* mesh);
+
+    static VertexNormalWeightType vertexNormalWeightType_;
+
+    // Destruction runs in reverse: the texture-UV array goes first, the vertex array last.
+    double creaseAngle_ = 0.0;
+    std::shared_ptr<VertexArray> vertexArray_;
+    std::shared_ptr<NormalArray> normalArray_;
+    std::shared_ptr<ColorArray> colorArray_;
+    std::shared_ptr<VertexIndexArray> vertexIndexArray_;
+    std::shared_ptr<IndexArray> normalIndexArray_;
+    std::shared_ptr<IndexArray> colorIndexArray_;
+    std::shared_ptr<TextureUVIndexArray> textureUVIndexArray_;
+    std::shared_ptr<UVArray> uvArray_;
+    std::shared_ptr<TextureUVArray> textureUVArray_;
+    mutable std::atomic<uint32_t> referenceCount_{0};
+};
+
+static_assert(sizeof(VraMeshPrimitive::TriangleIndex) == 24, "three 64-bit numbers");
+static_assert(std::is_trivially_copyable_v<VraMeshPrimitive::TriangleIndex>);
+
+}  // namespace Vr

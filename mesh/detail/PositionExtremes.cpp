@@ -1,0 +1,163 @@
+// Growing a valid box by a valid point replaces a bound only by a strictly smaller (larger) value, so
+// the bounds are plain extremes, found here with independent accumulators for the three corners. A
+// zero keeps the sign of the first zero met; grouping loses that order, so it is looked up again when
+// a bound is zero.
+
+#include "mesh/detail/PositionExtremes.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#else
+#include <cmath>
+#endif
+
+namespace Vr::detail {
+
+namespace {
+
+using VertexArray = VraMeshPrimitive::VertexArray;
+using VertexIndexArray = VraMeshPrimitive::VertexIndexArray;
+
+// More vertices than this for each triangle, and looking at all of them is not worth it.
+constexpr size_t kMaxVerticesPerTriangle = 4;
+
+#if defined(__SSE2__)
+
+// Two doubles: x and y of one point, or z of two points.
+class Pair {
+public:
+    Pair() = default;
+    explicit Pair(__m128d value) : value_(value) {}
+    static Pair Both(double value) { return Pair(_mm_set1_pd(value)); }
+    static Pair Load(const double* two) { return Pair(_mm_loadu_pd(two)); }
+    static Pair Load(const double& low, const double& high) {
+        return Pair(_mm_loadh_pd(_mm_load_sd(&low), &high));
+    }
+    friend Pair Min(Pair a, Pair b) { return Pair(_mm_min_pd(a.value_, b.value_)); }
+    friend Pair Max(Pair a, Pair b) { return Pair(_mm_max_pd(a.value_, b.value_)); }
+    friend Pair AddMagnitudes(Pair sum, Pair terms) {
+        return Pair(_mm_add_pd(sum.value_, _mm_andnot_pd(_mm_set1_pd(-0.0), terms.value_)));
+    }
+    double Low() const { return _mm_cvtsd_f64(value_); }
+    double High() const { return _mm_cvtsd_f64(_mm_unpackhi_pd(value_, value_)); }
+
+private:
+    __m128d value_;
+};
+
+#else
+
+class Pair {
+public:
+    Pair() = default;
+    Pair(double low, double high) : low_(low), high_(high) {}
+    static Pair Both(double value) { return Pair(value, value); }
+    static Pair Load(const double* two) { return Pair(two[0], two[1]); }
+    static Pair Load(const double& low, const double& high) { return Pair(low, high); }
+    friend Pair Min(Pair a, Pair b) {
+        return Pair(a.low_ < b.low_ ? a.low_ : b.low_, a.high_ < b.high_ ? a.high_ : b.high_);
+    }
+    friend Pair Max(Pair a, Pair b) {
+        return Pair(a.low_ > b.low_ ? a.low_ : b.low_, a.high_ > b.high_ ? a.high_ : b.high_);
+    }
+    friend Pair AddMagnitudes(Pair sum, Pair terms) {
+        return Pair(sum.low_ + std::fabs(terms.low_), sum.high_ + std::fabs(terms.high_));
+    }
+    double Low() const { return low_; }
+    double High() const { return high_; }
+
+private:
+    double low_;
+    double high_;
+};
+
+#endif
+
+// A sum of magnitudes is finite only if every term is, and openNURBS's unset value is caught by size.
+// A sum that overflows for ordinary but huge numbers only costs the slow road.
+bool AllOrdinary(const VertexArray& vertices) {
+    const double* coordinates = vertices.empty() ? nullptr : &vertices.front().x;
+    const size_t count = vertices.size() * 3;
+    Pair sums[4] = {Pair::Both(0.0), Pair::Both(0.0), Pair::Both(0.0), Pair::Both(0.0)};
+    size_t next = 0;
+    for (; next + 8 <= count; next += 8)
+        for (size_t pair = 0; pair < 4; ++pair)
+            sums[pair] = AddMagnitudes(sums[pair], Pair::Load(coordinates + next + 2 * pair));
+    for (; next < count; ++next)
+        sums[0] = AddMagnitudes(sums[0], Pair::Both(coordinates[next]));
+    double sum = 0.0;
+    for (const Pair& pair : sums)
+        sum += pair.Low() + pair.High();
+    return sum < -ON_UNSET_VALUE;
+}
+
+struct Extremes {
+    explicit Extremes(const ON_3dPoint& first)
+        : lowXY(Pair::Load(&first.x)), highXY(lowXY), lowZ(Pair::Both(first.z)), highZ(lowZ) {}
+
+    Pair lowXY;
+    Pair highXY;
+    Pair lowZ;
+    Pair highZ;
+};
+
+Extremes FindExtremes(const ON_3dPoint* positionOf, const VertexIndexArray& triangles) {
+    const ON_3dPoint& first = positionOf[triangles.front()[0]];
+    Extremes even(first);
+    Extremes odd(first);
+    for (const auto& corners : triangles) {
+        const ON_3dPoint& p0 = positionOf[corners[0]];
+        const ON_3dPoint& p1 = positionOf[corners[1]];
+        const ON_3dPoint& p2 = positionOf[corners[2]];
+        const Pair xy0 = Pair::Load(&p0.x);
+        const Pair xy1 = Pair::Load(&p1.x);
+        const Pair xy2 = Pair::Load(&p2.x);
+        const Pair z01 = Pair::Load(p0.z, p1.z);
+        const Pair z2 = Pair::Both(p2.z);
+        even.lowXY = Min(Min(xy0, xy1), even.lowXY);
+        even.highXY = Max(Max(xy0, xy1), even.highXY);
+        odd.lowXY = Min(xy2, odd.lowXY);
+        odd.highXY = Max(xy2, odd.highXY);
+        even.lowZ = Min(z01, even.lowZ);
+        even.highZ = Max(z01, even.highZ);
+        odd.lowZ = Min(z2, odd.lowZ);
+        odd.highZ = Max(z2, odd.highZ);
+    }
+    even.lowXY = Min(even.lowXY, odd.lowXY);
+    even.highXY = Max(even.highXY, odd.highXY);
+    even.lowZ = Min(even.lowZ, odd.lowZ);
+    even.highZ = Max(even.highZ, odd.highZ);
+    return even;
+}
+
+// The first zero that a triangle corner has on the axis, sign and all.
+double FirstZero(const VertexArray& vertices, const VertexIndexArray& triangles,
+                 double ON_3dPoint::*axis) {
+    for (const auto& corners : triangles)
+        for (const size_t vertex : corners.v)
+            if (vertices[vertex].*axis == 0.0)
+                return vertices[vertex].*axis;
+    return 0.0;
+}
+
+}  // namespace
+
+bool FindPositionExtremes(const VertexArray& vertices, const VertexIndexArray& triangles,
+                          ON_BoundingBox& box) {
+    if (vertices.size() / kMaxVerticesPerTriangle > triangles.size() || !AllOrdinary(vertices))
+        return false;
+    const Extremes extremes = FindExtremes(vertices.data(), triangles);
+    const double lowZ = Min(extremes.lowZ, Pair::Both(extremes.lowZ.High())).Low();
+    const double highZ = Max(extremes.highZ, Pair::Both(extremes.highZ.High())).Low();
+    ON_3dPoint low(extremes.lowXY.Low(), extremes.lowXY.High(), lowZ);
+    ON_3dPoint high(extremes.highXY.Low(), extremes.highXY.High(), highZ);
+    for (ON_3dPoint* const bound : {&low, &high})
+        for (double ON_3dPoint::*const axis : {&ON_3dPoint::x, &ON_3dPoint::y, &ON_3dPoint::z})
+            if (bound->*axis == 0.0)
+                bound->*axis = FirstZero(vertices, triangles, axis);
+    box.m_min = low;
+    box.m_max = high;
+    return true;
+}
+
+}  // namespace Vr::detail

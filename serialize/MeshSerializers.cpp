@@ -1,0 +1,173 @@
+// The body of a mesh in the stream: crease angle, then one shared-array envelope a handle. The layout
+// is told byte by byte in docs/stream-format.md.
+
+#include "serialize/MeshSerializers.h"
+
+#include "serialize/ValueSerializers.h"
+#include "serialize/VrmArchive.h"
+#include "serialize/detail/ArchiveMode.h"
+#include "serialize/detail/RawElements.h"
+#include "serialize/detail/SharedArray.h"
+
+namespace Vr {
+
+namespace {
+
+using TriangleIndex = VraMeshPrimitive::TriangleIndex;
+using IndexArray = VraMeshPrimitive::IndexArray;
+
+constexpr BYTE kPerVertexFlag = 0;
+constexpr BYTE kPerTriangleFlag = 1;
+
+// Whether streams of this schema have the UV envelope. Deliberate: two conditions, so that 2 to 9,
+// 12 to 19 and all from 20 up have it.
+bool HasUVEnvelope(UINT schema) {
+    return !(schema < 20 && schema % 10 < 2);
+}
+
+template <class Element>
+void WriteContent(CArchive& archive, const std::vector<Element>& elements) {
+    detail::WriteRawElements(archive, elements);
+}
+
+template <class Element>
+void ReadContent(CArchive& archive, std::vector<Element>& elements) {
+    detail::ReadRawElements(archive, elements);
+}
+
+void WriteContent(CArchive& archive, const IndexArray& indices) {
+    archive << indices;
+}
+
+void ReadContent(CArchive& archive, IndexArray& indices) {
+    archive >> indices;
+}
+
+// Colours and UVs go one by one through a bridge to openNURBS.
+template <class Value>
+void WriteValues(CArchive& archive, const std::vector<Value>& values) {
+    archive << static_cast<ULONGLONG>(values.size());
+    for (const Value& value : values)
+        archive << value;
+}
+
+template <class Value>
+void ReadValues(CArchive& archive, std::vector<Value>& values) {
+    const size_t count = detail::ReadCountAndReserve(archive, values);
+    while (values.size() < count) {
+        Value value;
+        archive >> value;
+        values.push_back(value);
+    }
+}
+
+void WriteContent(CArchive& archive, const VraMeshPrimitive::ColorArray& colors) {
+    WriteValues(archive, colors);
+}
+
+void ReadContent(CArchive& archive, VraMeshPrimitive::ColorArray& colors) {
+    ReadValues(archive, colors);
+}
+
+void WriteContent(CArchive& archive, const VraMeshPrimitive::UVArray& uvs) {
+    WriteValues(archive, uvs);
+}
+
+void ReadContent(CArchive& archive, VraMeshPrimitive::UVArray& uvs) {
+    ReadValues(archive, uvs);
+}
+
+template <class Array>
+void WriteHandle(VrmArchive& archive, const std::shared_ptr<Array>& handle) {
+    detail::SharedArrayAccess::Write(archive, handle,
+                                     [&](const Array& array) { WriteContent(archive, array); });
+}
+
+template <class Array>
+void ReadHandle(VrmArchive& archive, std::shared_ptr<Array>& handle) {
+    detail::SharedArrayAccess::Read(archive, handle,
+                                    [&](Array& array) { ReadContent(archive, array); });
+}
+
+}  // namespace
+
+void VraMeshPrimitive::Serialize(CArchive& archive) {
+    auto& meshArchive = static_cast<VrmArchive&>(archive);
+    meshArchive.CommunicateToObserver();
+    if (meshArchive.IsStoring()) {
+        meshArchive << creaseAngle_;
+        WriteHandle(meshArchive, vertexArray_);
+        WriteHandle(meshArchive, normalArray_);
+        WriteHandle(meshArchive, colorArray_);
+        WriteHandle(meshArchive, vertexIndexArray_);
+        WriteHandle(meshArchive, normalIndexArray_);
+        WriteHandle(meshArchive, colorIndexArray_);
+        WriteHandle(meshArchive, uvArray_);
+        return;
+    }
+    meshArchive >> creaseAngle_;
+    ReadHandle(meshArchive, vertexArray_);
+    ReadHandle(meshArchive, normalArray_);
+    ReadHandle(meshArchive, colorArray_);
+    ReadHandle(meshArchive, vertexIndexArray_);
+    ReadHandle(meshArchive, normalIndexArray_);
+    ReadHandle(meshArchive, colorIndexArray_);
+    const UINT schema = meshArchive.GetVrmObjectSchema() & ~static_cast<UINT>(VERSIONABLE_SCHEMA);
+    if (HasUVEnvelope(schema))
+        ReadHandle(meshArchive, uvArray_);
+}
+
+CArchive& operator<<(CArchive& archive, const TriangleIndex& triangle) {
+    detail::RequireStoring(archive);
+    for (const size_t number : triangle.v)
+        archive << static_cast<ULONGLONG>(number);
+    return archive;
+}
+
+CArchive& operator>>(CArchive& archive, TriangleIndex& triangle) {
+    detail::RequireLoading(archive);
+    for (size_t& number : triangle.v) {
+        ULONGLONG stored = 0;
+        archive >> stored;
+        number = static_cast<size_t>(stored);
+    }
+    return archive;
+}
+
+CArchive& operator<<(CArchive& archive, const IndexArray& indices) {
+    detail::RequireStoring(archive);
+    if (indices.which() == 1) {
+        archive << kPerVertexFlag;
+        detail::WriteRawElements(archive, boost::get<IndexArray::PerVertex>(indices.data));
+    } else {
+        archive << kPerTriangleFlag;
+        detail::WriteRawElements(archive, boost::get<IndexArray::PerTriangle>(indices.data));
+    }
+    return archive;
+}
+
+CArchive& operator>>(CArchive& archive, IndexArray& indices) {
+    detail::RequireLoading(archive);
+    BYTE flag = 0;
+    archive >> flag;
+    if (flag == kPerVertexFlag) {
+        indices.data = IndexArray::PerVertex();
+        detail::ReadRawElements(archive, boost::get<IndexArray::PerVertex>(indices.data));
+    } else {
+        indices.data = IndexArray::PerTriangle();
+        detail::ReadRawElements(archive, boost::get<IndexArray::PerTriangle>(indices.data));
+    }
+    return archive;
+}
+
+CArchive& AFXAPI operator>>(CArchive& archive, VraMeshPrimitive*& mesh) {
+    mesh = static_cast<VraMeshPrimitive*>(archive.ReadObject(RUNTIME_CLASS(VraMeshPrimitive)));
+    return archive;
+}
+
+CArchive& AFXAPI operator>>(CArchive& archive, VraMesh*& mesh) {
+    mesh = static_cast<VraMesh*>(archive.ReadObject(RUNTIME_CLASS(VraMesh)));
+    return archive;
+}
+
+}  // namespace Vr
