@@ -1,6 +1,7 @@
 /// Growing arrays under openNURBS's names.
 #pragma once
 
+#include <cstddef>
 #include <utility>
 #include <vector>
 

@@ -5,9 +5,34 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "ON_Defines.h"
+
+namespace kernel_detail {
+
+inline double DoubleOfBits(std::uint64_t bits) noexcept {
+    double value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+/// The bits of |x|; for numbers they order as the magnitudes do.
+inline std::uint64_t MagnitudeBits(double x) noexcept {
+    std::uint64_t bits;
+    std::memcpy(&bits, &x, sizeof bits);
+    return bits & 0x7fffffffffffffffu;
+}
+
+inline void ExchangeIf(bool condition, std::uint64_t& a, std::uint64_t& b) noexcept {
+    const std::uint64_t difference = (a ^ b) & (std::uint64_t{0} - condition);
+    a ^= difference;
+    b ^= difference;
+}
+
+}  // namespace kernel_detail
 
 class ON_2dVector;
 class ON_3dVector;
@@ -62,9 +87,9 @@ public:
     bool operator!=(const ON_2dVector& v) const noexcept { return x != v.x || y != v.y; }
 
     /// Returns the length; see `ON_3dVector::Length` for the extremes.
-    double Length() const noexcept;
+    VERIDANE_OPENNURBS_API double Length() const noexcept;
     /// Scales to length 1; see `ON_3dVector::Unitize` for the failures.
-    bool Unitize() noexcept;
+    VERIDANE_OPENNURBS_API bool Unitize() noexcept;
 };
 
 class ON_3dPoint {
@@ -241,6 +266,11 @@ public:
         return x != ON_UNSET_VALUE && y != ON_UNSET_VALUE && z != ON_UNSET_VALUE &&
                std::fabs(Length() - 1.0) <= ON_SQRT_EPSILON;
     }
+
+private:
+    // The rare cases, out of line so that the common one stays short where it is inlined.
+    VERIDANE_OPENNURBS_API double LengthOfExtreme() const noexcept;
+    VERIDANE_OPENNURBS_API bool UnitizeExtreme(double length) noexcept;
 };
 
 /// A homogeneous point.
@@ -298,78 +328,33 @@ inline ON_3dVector ON_CrossProduct(const ON_3dVector& a, const ON_3dVector& b) n
 }
 
 inline double ON_3dVector::Length() const noexcept {
-    const double absX = std::fabs(x);
-    const double absY = std::fabs(y);
-    const double absZ = std::fabs(z);
-    // The largest component is exchanged with x. Selections instead of exchanges, so that the
-    // compiler needs no branch that random directions would mispredict.
-    const bool isYLargest = (absY >= absX) & (absY >= absZ);
-    const bool isZLargest = !isYLargest & (absZ >= absX) & (absZ >= absY);
-    const double largest = isYLargest ? absY : (isZLargest ? absZ : absX);
-    const double second = isYLargest ? absX : absY;
-    const double third = isZLargest ? absX : absZ;
+    // The largest component is exchanged with x. Magnitudes are ordered and exchanged as integers,
+    // because the compiler makes branches of the same on doubles, and random directions mispredict
+    // them. Bits of a NaN order above all others, so it ends in x and takes the way out.
+    std::uint64_t largestBits = kernel_detail::MagnitudeBits(x);
+    std::uint64_t secondBits = kernel_detail::MagnitudeBits(y);
+    std::uint64_t thirdBits = kernel_detail::MagnitudeBits(z);
+    const bool isYLargest = (secondBits >= largestBits) & (secondBits >= thirdBits);
+    kernel_detail::ExchangeIf(isYLargest, largestBits, secondBits);
+    kernel_detail::ExchangeIf(thirdBits >= largestBits, largestBits, thirdBits);
+    const double largest = kernel_detail::DoubleOfBits(largestBits);
     if (largest > ON_DBL_MIN) {
-        const double ratio2 = second / largest;
-        const double ratio3 = third / largest;
+        const double ratio2 = kernel_detail::DoubleOfBits(secondBits) / largest;
+        const double ratio3 = kernel_detail::DoubleOfBits(thirdBits) / largest;
         return largest * std::sqrt(1.0 + ratio2 * ratio2 + ratio3 * ratio3);
     }
-    return largest > 0.0 ? largest : 0.0;
+    return LengthOfExtreme();
 }
 
 inline bool ON_3dVector::Unitize() noexcept {
-    double length = Length();
+    const double length = Length();
     if (length > ON_DBL_MIN && length <= std::numeric_limits<double>::max()) {
         x /= length;
         y /= length;
         z /= length;
         return true;
     }
-    if (length > 0.0 && length <= ON_DBL_MIN) {
-        // A denormal length has too few bits to divide by; 2^1023 brings it into the normal range.
-        const ON_3dVector scaled = *this * 8.98846567431158e+307;
-        length = scaled.Length();
-        if (length > ON_DBL_MIN && length <= std::numeric_limits<double>::max()) {
-            x = scaled.x / length;
-            y = scaled.y / length;
-            z = scaled.z / length;
-            return true;
-        }
-    }
-    x = y = z = 0.0;
-    return false;
-}
-
-inline double ON_2dVector::Length() const noexcept {
-    const double absX = std::fabs(x);
-    const double absY = std::fabs(y);
-    const bool isYLarger = absY > absX;
-    const double largest = isYLarger ? absY : absX;
-    const double second = isYLarger ? absX : absY;
-    if (largest > ON_DBL_MIN) {
-        const double ratio = second / largest;
-        return largest * std::sqrt(1.0 + ratio * ratio);
-    }
-    return largest > 0.0 ? largest : 0.0;
-}
-
-inline bool ON_2dVector::Unitize() noexcept {
-    double length = Length();
-    if (length > ON_DBL_MIN && length <= std::numeric_limits<double>::max()) {
-        x /= length;
-        y /= length;
-        return true;
-    }
-    if (length > 0.0 && length <= ON_DBL_MIN) {
-        const ON_2dVector scaled(x * 8.98846567431158e+307, y * 8.98846567431158e+307);
-        length = scaled.Length();
-        if (length > ON_DBL_MIN && length <= std::numeric_limits<double>::max()) {
-            x = scaled.x / length;
-            y = scaled.y / length;
-            return true;
-        }
-    }
-    x = y = 0.0;
-    return false;
+    return UnitizeExtreme(length);
 }
 
 inline double ON_3dPoint::DistanceTo(const ON_3dPoint& p) const noexcept {
