@@ -2,6 +2,8 @@
 
 #include <afx.h>
 
+#include "module/Export.h"
+
 namespace Vr {
 
 /// Is told how a load goes on and may cancel it. The host implements it; the archive does not own it.
@@ -9,7 +11,7 @@ namespace Vr {
 /// Both operations are called on the loading thread, before each mesh object, by
 /// `VrmArchive::CommunicateToObserver`. There is no virtual destructor: nobody deletes an observer
 /// through this interface.
-class VrwSerializeObserver {
+class VERIDANE_MESH_API VrwSerializeObserver {
 public:
     VrwSerializeObserver() = default;
     VrwSerializeObserver(const VrwSerializeObserver&) = default;
