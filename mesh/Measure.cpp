@@ -2,6 +2,9 @@
 // road where every position is an ordinary number: growing a box is then the minimum and maximum of
 // each axis, in any grouping, save for the sign of a zero.
 
+#include <typeinfo>
+
+#include "mesh/VraMesh.h"
 #include "mesh/VraMeshPrimitive.h"
 #include "mesh/detail/PositionExtremes.h"
 
@@ -23,6 +26,17 @@ void GrowPointByPoint(const VertexArray& vertices, const VertexIndexArray& trian
     }
 }
 
+double AreaOf(size_t triangle, const VertexArray* vertices, const VertexIndexArray* triangles) {
+    // Deliberate: the bound is "greater than", so a number equal to the count passes.
+    if (!vertices || !triangles || triangle > triangles->size())
+        return -1.0;
+    const auto& corners = triangles->data()[triangle];
+    const ON_3dPoint& p0 = vertices->data()[corners[0]];
+    const ON_3dPoint& p1 = vertices->data()[corners[1]];
+    const ON_3dPoint& p2 = vertices->data()[corners[2]];
+    return ON_CrossProduct(p1 - p0, p2 - p0).Length() * 0.5;
+}
+
 }  // namespace
 
 bool VraMeshPrimitive::CalcBoundingBox(ON_BoundingBox& box) const {
@@ -36,16 +50,14 @@ bool VraMeshPrimitive::CalcBoundingBox(ON_BoundingBox& box) const {
 }
 
 double VraMeshPrimitive::GetTriangleArea(size_t triangle) const {
+    // Copying two handles costs several times the area. The two classes of this module do not
+    // override the getters, so for them the members are what the getters give.
+    const std::type_info* const type = &typeid(*this);
+    if (type == &typeid(VraMesh) || type == &typeid(VraMeshPrimitive))
+        return AreaOf(triangle, vertexArray_.get(), vertexIndexArray_.get());
     const auto vertices = GetVertexArray();
     const auto triangles = GetVertexIndexArray();
-    // Deliberate: the bound is "greater than", so a number equal to the count passes.
-    if (!vertices || !triangles || triangle > triangles->size())
-        return -1.0;
-    const TriangleIndex& corners = triangles->data()[triangle];
-    const ON_3dPoint& p0 = (*vertices)[corners[0]];
-    const ON_3dPoint& p1 = (*vertices)[corners[1]];
-    const ON_3dPoint& p2 = (*vertices)[corners[2]];
-    return ON_CrossProduct(p1 - p0, p2 - p0).Length() * 0.5;
+    return AreaOf(triangle, vertices.get(), triangles.get());
 }
 
 double VraMeshPrimitive::CalcVolume(ON_3dPoint reference) const {
