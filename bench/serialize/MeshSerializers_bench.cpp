@@ -1,0 +1,142 @@
+// Storing and loading beside the floor under them: the same bytes written and read in 64 KiB pieces.
+// Files lie in VERIDANE_BENCH_FOLDER, by default a folder in memory.
+
+#include <afx.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "serialize/MeshSerializers.h"
+#include "serialize/VrmArchive.h"
+#include "support/BenchMeshes.h"
+
+namespace {
+
+using Vr::bench::Case;
+
+constexpr UINT kPieceBytes = 64 * 1024;
+
+// A file that is created for one benchmark and removed after it.
+class ScratchFile {
+public:
+    ScratchFile() {
+        const char* const folder = std::getenv("VERIDANE_BENCH_FOLDER");
+        path_ = std::string(folder ? folder : "/dev/shm") + "/veridane-bench-" +
+                std::to_string(getpid());
+        file_.Open(path_.c_str(), CFile::modeCreate | CFile::modeReadWrite);
+    }
+    ~ScratchFile() {
+        file_.Close();
+        CFile::Remove(path_.c_str());
+    }
+    ScratchFile(const ScratchFile&) = delete;
+    ScratchFile& operator=(const ScratchFile&) = delete;
+
+    CFile& operator*() { return file_; }
+    CFile* operator->() { return &file_; }
+
+private:
+    std::string path_;
+    CFile file_;
+};
+
+void Store(CFile& file, const Vr::VraMeshPrimitive& mesh) {
+    Vr::VrmArchive archive(&file, CArchive::store);
+    archive.WriteObject(&mesh);
+    archive.Close();
+}
+
+boost::intrusive_ptr<Vr::VraMeshPrimitive> Load(CFile& file) {
+    Vr::VrmArchive archive(&file, CArchive::load);
+    Vr::VraMeshPrimitive* mesh = nullptr;
+    archive >> mesh;
+    archive.Close();
+    return boost::intrusive_ptr<Vr::VraMeshPrimitive>(mesh);
+}
+
+void StoreMesh(benchmark::State& state, const Case& which) {
+    const auto mesh = Vr::bench::SharedMesh(which);
+    ScratchFile file;
+    Store(*file, *mesh);
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); }, [&] { Store(*file, *mesh); });
+    state.counters["bytes"] = static_cast<double>(file->GetLength());
+}
+
+void PlainWrite(benchmark::State& state, const Case& which) {
+    ScratchFile file;
+    Store(*file, *Vr::bench::SharedMesh(which));
+    std::vector<BYTE> bytes(static_cast<size_t>(file->GetLength()));
+    file->SeekToBegin();
+    file->Read(bytes.data(), static_cast<UINT>(bytes.size()));
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); },
+        [&] {
+            for (size_t begin = 0; begin < bytes.size(); begin += kPieceBytes) {
+                const size_t piece = std::min<size_t>(kPieceBytes, bytes.size() - begin);
+                file->Write(bytes.data() + begin, static_cast<UINT>(piece));
+            }
+        });
+}
+
+void LoadMesh(benchmark::State& state, const Case& which) {
+    ScratchFile file;
+    Store(*file, *Vr::bench::SharedMesh(which));
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); },
+        [&] { benchmark::DoNotOptimize(Load(*file)); });
+}
+
+void PlainRead(benchmark::State& state, const Case& which) {
+    ScratchFile file;
+    Store(*file, *Vr::bench::SharedMesh(which));
+    std::vector<BYTE> piece(kPieceBytes);
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); },
+        [&] {
+            while (file->Read(piece.data(), kPieceBytes) == kPieceBytes)
+                benchmark::ClobberMemory();
+        });
+}
+
+void Both(benchmark::State& state, const Case& which) {
+    const auto mesh = Vr::bench::SharedMesh(which);
+    ScratchFile file;
+    Store(*file, *mesh);
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); },
+        [&] {
+            Store(*file, *mesh);
+            file->SeekToBegin();
+            benchmark::DoNotOptimize(Load(*file));
+        });
+}
+
+void PlainBoth(benchmark::State& state, const Case& which) {
+    ScratchFile file;
+    Store(*file, *Vr::bench::SharedMesh(which));
+    std::vector<BYTE> bytes(static_cast<size_t>(file->GetLength()));
+    std::vector<BYTE> piece(kPieceBytes);
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); },
+        [&] {
+            for (size_t begin = 0; begin < bytes.size(); begin += kPieceBytes) {
+                const size_t count = std::min<size_t>(kPieceBytes, bytes.size() - begin);
+                file->Write(bytes.data() + begin, static_cast<UINT>(count));
+            }
+            file->SeekToBegin();
+            while (file->Read(piece.data(), kPieceBytes) == kPieceBytes)
+                benchmark::ClobberMemory();
+        });
+}
+
+const std::vector<Case> cases = Vr::bench::IndexedCases();
+const bool registered = Vr::bench::Register("StoreMesh", cases, StoreMesh) &&
+                        Vr::bench::Register("PlainWrite", cases, PlainWrite) &&
+                        Vr::bench::Register("LoadMesh", cases, LoadMesh) &&
+                        Vr::bench::Register("PlainRead", cases, PlainRead) &&
+                        Vr::bench::Register("StoreAndLoad", cases, Both) &&
+                        Vr::bench::Register("PlainWriteAndRead", cases, PlainBoth);
+
+}  // namespace
