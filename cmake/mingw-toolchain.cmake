@@ -1,0 +1,20 @@
+# Cross-builds for 64-bit Windows with MinGW-w64. Boost is headers only here, so the system's serve;
+# they are linked into a folder of their own, because the rest of /usr/include is not for Windows.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
+set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+
+set(headerFolder ${CMAKE_BINARY_DIR}/boost-headers)
+file(MAKE_DIRECTORY ${headerFolder})
+if(NOT EXISTS ${headerFolder}/boost)
+    file(CREATE_LINK /usr/include/boost ${headerFolder}/boost SYMBOLIC)
+endif()
+set(Boost_NO_BOOST_CMAKE ON)
+set(Boost_INCLUDE_DIR ${headerFolder} CACHE PATH "Boost headers")
