@@ -35,7 +35,7 @@ public:
     /// - Shape: a `bufferSize` below 128 becomes 128, and `buffer` is then not used. A used buffer
     /// stays
     ///   the caller's.
-    explicit CArchive(CFile* file, UINT mode, int bufferSize = 4096, void* buffer = nullptr);
+    CArchive(CFile* file, UINT mode, int bufferSize = 4096, void* buffer = nullptr);
 
     /// Closes the archive, unless `bNoFlushOnDelete` is set, and frees it.
     ///

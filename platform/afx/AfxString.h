@@ -14,7 +14,7 @@ class VERIDANE_AFX CString {
 public:
     CString() = default;
     /// A null pointer makes an empty text.
-    CString(LPCTSTR text);
+    CString(LPCTSTR text) : text_(text != nullptr ? text : _T("")) {}
 
     operator LPCTSTR() const { return text_.c_str(); }
     LPCTSTR GetString() const { return text_.c_str(); }

@@ -185,7 +185,7 @@ void CArchive::CheckCount() {
 }
 
 void CArchive::SetUpTables() {
-    if (m_pLoadArray != nullptr) {
+    if (IsLoading() ? m_pLoadArray != nullptr : m_pStoreMap != nullptr) {
         return;
     }
     if (IsLoading()) {

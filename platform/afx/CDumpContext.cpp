@@ -1,16 +1,11 @@
 // Values are printed as text, straight to the file.
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
-#include <cwchar>
 #include <string>
 
 #include "AfxFile.h"
 #include "AfxString.h"
-
-CString::CString(LPCTSTR text) {
-    if (text != nullptr) {
-        text_ = text;
-    }
-}
 
 CDumpContext::CDumpContext(CFile* file) : file_(file) {}
 
@@ -30,7 +25,7 @@ CDumpContext& CDumpContext::operator<<(LPCWSTR text) {
     }
     std::string printable;
     for (; *text != L'\0'; ++text) {
-        printable += *text > L'\0' && *text < L'\x7F' ? static_cast<char>(*text) : '?';
+        printable += static_cast<std::uint32_t>(*text) < 0x7F ? static_cast<char>(*text) : '?';
     }
     return *this << printable.c_str();
 }
@@ -54,7 +49,9 @@ CDumpContext& CDumpContext::operator<<(unsigned long long number) {
     return *this << std::to_string(number).c_str();
 }
 CDumpContext& CDumpContext::operator<<(double number) {
-    return *this << std::to_string(number).c_str();
+    char text[32];
+    std::snprintf(text, sizeof(text), "%g", number);
+    return *this << text;
 }
 
 CDumpContext& CDumpContext::operator<<(const CObject* object) {

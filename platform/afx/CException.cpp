@@ -6,6 +6,8 @@
 #include <new>
 #include <string>
 
+#include "ErrorMessage.h"
+
 IMPLEMENT_DYNAMIC(CException, CObject)
 IMPLEMENT_DYNAMIC(CSimpleException, CException)
 IMPLEMENT_DYNAMIC(CMemoryException, CSimpleException)
@@ -15,11 +17,10 @@ IMPLEMENT_DYNAMIC(CInvalidArgException, CSimpleException)
 IMPLEMENT_DYNAMIC(CResourceException, CSimpleException)
 IMPLEMENT_DYNAMIC(CArchiveException, CException)
 
-namespace {
+namespace afx::detail {
 
-using Text = std::basic_string<TCHAR>;
-
-BOOL CopyMessage(const Text& message, LPTSTR buffer, UINT bufferSize, PUINT helpContext) {
+BOOL CopyMessage(const std::basic_string<TCHAR>& message, LPTSTR buffer, UINT bufferSize,
+                 PUINT helpContext) {
     if (helpContext != nullptr) {
         *helpContext = 0;
     }
@@ -30,6 +31,21 @@ BOOL CopyMessage(const Text& message, LPTSTR buffer, UINT bufferSize, PUINT help
     buffer[copied] = TCHAR();
     return message.empty() ? FALSE : TRUE;
 }
+
+std::basic_string<TCHAR> FailureMessage(LPCTSTR kind, const CString& name, LPCTSTR reason) {
+    std::basic_string<TCHAR> message = _T("The ");
+    message.append(kind);
+    if (!name.IsEmpty()) {
+        message.append(_T(" '")).append(name).append(_T("'"));
+    }
+    return message.append(_T(" failed: ")).append(reason).append(_T("."));
+}
+
+}  // namespace afx::detail
+
+using afx::detail::CopyMessage;
+
+namespace {
 
 // Never destroyed: an exception may be on its way while the process ends.
 template <class Exception>
@@ -72,13 +88,14 @@ void CException::Delete() {
 }
 
 BOOL CException::GetErrorMessage(LPTSTR buffer, UINT bufferSize, PUINT helpContext) const {
-    return CopyMessage(Text(), buffer, bufferSize, helpContext);
+    return CopyMessage({}, buffer, bufferSize, helpContext);
 }
 
 int CException::ReportError(UINT, UINT) {
-    TCHAR message[512];
-    if (!GetErrorMessage(message, static_cast<UINT>(sizeof(message) / sizeof(message[0])))) {
-        CopyMessage(_T("An error occurred."), message, 512, nullptr);
+    constexpr UINT kLongestMessage = 512;
+    TCHAR message[kLongestMessage];
+    if (!GetErrorMessage(message, kLongestMessage)) {
+        CopyMessage(_T("An error occurred."), message, kLongestMessage, nullptr);
     }
 #if defined(UNICODE)
     std::fwprintf(stderr, L"%ls\n", message);
@@ -114,12 +131,9 @@ CArchiveException::CArchiveException(int cause, LPCTSTR archiveName)
     : m_cause(cause), m_strFileName(archiveName) {}
 
 BOOL CArchiveException::GetErrorMessage(LPTSTR buffer, UINT bufferSize, PUINT helpContext) const {
-    Text message = _T("The archive ");
-    if (!m_strFileName.IsEmpty()) {
-        message.append(_T("'")).append(m_strFileName).append(_T("' "));
-    }
-    message.append(_T("failed: ")).append(ArchiveCauseText(m_cause)).append(_T("."));
-    return CopyMessage(message, buffer, bufferSize, helpContext);
+    return CopyMessage(
+        afx::detail::FailureMessage(_T("archive"), m_strFileName, ArchiveCauseText(m_cause)),
+        buffer, bufferSize, helpContext);
 }
 
 void AFXAPI AfxThrowArchiveException(int cause, LPCTSTR archiveName) {

@@ -21,22 +21,27 @@ int ToDescriptor(HANDLE file) {
     return static_cast<int>(reinterpret_cast<std::intptr_t>(file));
 }
 
+CString ToText(const std::filesystem::path& path) {
+    return CString(path.string<TCHAR>().c_str());
+}
+
 CString FullPathOf(LPCTSTR fileName) {
     std::error_code error;
     const auto fullPath = std::filesystem::absolute(fileName, error);
-    return error ? CString(fileName) : CString(fullPath.c_str());
+    return error ? CString(fileName) : ToText(fullPath);
 }
 
-// "No such file" is said of a missing folder on the way too.
+bool IsFolderMissing(LPCTSTR fileName) {
+    std::error_code error;
+    const auto folder = std::filesystem::path(fileName).parent_path();
+    return !folder.empty() && !std::filesystem::is_directory(folder, error);
+}
+
+// The system says "no such file" of a missing folder on the way too.
 int CauseOf(int errorNumber, LPCTSTR fileName) {
-    if (errorNumber == ENOENT) {
-        std::error_code error;
-        const auto folder = std::filesystem::path(fileName).parent_path();
-        if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
-            return CFileException::badPath;
-        }
-    }
-    return CFileException::ErrnoToException(errorNumber);
+    return errorNumber == ENOENT && IsFolderMissing(fileName)
+               ? CFileException::badPath
+               : CFileException::ErrnoToException(errorNumber);
 }
 
 void ReportFailure(CFileException* report, int cause, int errorNumber, LPCTSTR fileName) {
@@ -45,10 +50,6 @@ void ReportFailure(CFileException* report, int cause, int errorNumber, LPCTSTR f
         report->m_lOsError = errorNumber;
         report->m_strFileName = fileName;
     }
-}
-
-CString ToText(const std::filesystem::path& path) {
-    return CString(path.c_str());
 }
 
 }  // namespace
@@ -233,7 +234,9 @@ void PASCAL CFile::Remove(LPCTSTR fileName) {
 void PASCAL CFile::Rename(LPCTSTR oldName, LPCTSTR newName) {
     if (!RenameFile(oldName, newName)) {
         const int errorNumber = errno;
-        AfxThrowFileException(CauseOf(errorNumber, oldName), errorNumber, oldName);
+        const bool isNewNameAtFault = errorNumber == ENOENT && IsFolderMissing(newName);
+        LPCTSTR const faultyName = isNewNameAtFault ? newName : oldName;
+        AfxThrowFileException(CauseOf(errorNumber, faultyName), errorNumber, faultyName);
     }
 }
 

@@ -1,14 +1,12 @@
 // The cause of a failed file operation, from the error numbers of the C library and of the system.
 #include <cerrno>
-#include <string>
 
 #include "AfxExceptions.h"
+#include "ErrorMessage.h"
 
 IMPLEMENT_DYNAMIC(CFileException, CException)
 
 namespace {
-
-using Text = std::basic_string<TCHAR>;
 
 LPCTSTR FileCauseText(int cause) {
     switch (cause) {
@@ -51,20 +49,9 @@ CFileException::CFileException(int cause, LONG osError, LPCTSTR fileName)
     : m_cause(cause), m_lOsError(osError), m_strFileName(fileName) {}
 
 BOOL CFileException::GetErrorMessage(LPTSTR buffer, UINT bufferSize, PUINT helpContext) const {
-    if (helpContext != nullptr) {
-        *helpContext = 0;
-    }
-    if (buffer == nullptr || bufferSize == 0) {
-        return FALSE;
-    }
-    Text message = _T("The file ");
-    if (!m_strFileName.IsEmpty()) {
-        message.append(_T("'")).append(m_strFileName).append(_T("' "));
-    }
-    message.append(_T("failed: ")).append(FileCauseText(m_cause)).append(_T("."));
-    const std::size_t copied = message.copy(buffer, bufferSize - 1);
-    buffer[copied] = TCHAR();
-    return TRUE;
+    return afx::detail::CopyMessage(
+        afx::detail::FailureMessage(_T("file"), m_strFileName, FileCauseText(m_cause)), buffer,
+        bufferSize, helpContext);
 }
 
 int PASCAL CFileException::ErrnoToException(int errorNumber) {

@@ -1,4 +1,5 @@
 // Creating objects from class records and finding records by name.
+#include <cstdint>
 #include <new>
 #include <string>
 
@@ -36,7 +37,7 @@ CRuntimeClass* PASCAL CRuntimeClass::FromName(LPCWSTR name) {
     std::string narrowName;
     for (; *name != L'\0'; ++name) {
         // Names are ASCII, so no class has a name with anything else in it.
-        if (*name < L'\0' || *name > L'\x7F') {
+        if (static_cast<std::uint32_t>(*name) > 0x7F) {
             return nullptr;
         }
         narrowName += static_cast<char>(*name);

@@ -7,6 +7,8 @@
 
 namespace {
 
+using Guard = std::lock_guard<afx::detail::RegistryLock>;
+
 bool IsListed(const CRuntimeClass* list, const CRuntimeClass* wanted) {
     while (list != nullptr && list != wanted) {
         list = list->m_pNextClass;
@@ -44,7 +46,7 @@ AfxClassRegistry& AfxClassRegistry::Instance() {
 }
 
 void AfxClassRegistry::Add(CRuntimeClass* newClass) {
-    const std::lock_guard<std::mutex> guard(lock_);
+    const Guard guard(lock_);
     for (const Module& module : modules_) {
         if (Owns(module.range, newClass)) {
             Prepend(*module.record, newClass);
@@ -59,7 +61,7 @@ void AfxClassRegistry::Add(CRuntimeClass* newClass) {
 }
 
 void AfxClassRegistry::Remove(CRuntimeClass* oldClass) {
-    const std::lock_guard<std::mutex> guard(lock_);
+    const Guard guard(lock_);
     if (Unlink(applicationClasses_, oldClass)) {
         return;
     }
@@ -72,7 +74,7 @@ void AfxClassRegistry::Remove(CRuntimeClass* oldClass) {
 }
 
 CRuntimeClass* AfxClassRegistry::Find(std::string_view name) {
-    const std::lock_guard<std::mutex> guard(lock_);
+    const Guard guard(lock_);
     CRuntimeClass* found = FindInList(applicationClasses_, name);
     for (const CDynLinkLibrary* library = newestLibrary_; found == nullptr && library != nullptr;
          library = library->m_pNextDLL) {
@@ -87,7 +89,7 @@ void AfxClassRegistry::Initialise(AFX_EXTENSION_MODULE& module, HMODULE handle) 
     if (range.IsEmpty()) {
         range = afx::detail::ModuleRangeOf(handle);
     }
-    const std::lock_guard<std::mutex> guard(lock_);
+    const Guard guard(lock_);
     if (module.bInitialized) {
         return;
     }
@@ -118,7 +120,7 @@ void AfxClassRegistry::Initialise(AFX_EXTENSION_MODULE& module, HMODULE handle) 
 void AfxClassRegistry::Terminate(AFX_EXTENSION_MODULE& module, bool all) {
     CDynLinkLibrary* leaving = nullptr;
     {
-        const std::lock_guard<std::mutex> guard(lock_);
+        const Guard guard(lock_);
         if (!module.bInitialized) {
             return;
         }
@@ -149,7 +151,7 @@ void AfxClassRegistry::Terminate(AFX_EXTENSION_MODULE& module, bool all) {
 }
 
 void AfxClassRegistry::Join(CDynLinkLibrary& library, AFX_EXTENSION_MODULE& module, bool isSystem) {
-    const std::lock_guard<std::mutex> guard(lock_);
+    const Guard guard(lock_);
     library.module_ = &module;
     library.m_hModule = module.hModule;
     library.m_hResource = module.hResource;
@@ -160,7 +162,7 @@ void AfxClassRegistry::Join(CDynLinkLibrary& library, AFX_EXTENSION_MODULE& modu
 }
 
 void AfxClassRegistry::Leave(CDynLinkLibrary& library) {
-    const std::lock_guard<std::mutex> guard(lock_);
+    const Guard guard(lock_);
     for (CDynLinkLibrary** link = &newestLibrary_; *link != nullptr; link = &(*link)->m_pNextDLL) {
         if (*link == &library) {
             *link = library.m_pNextDLL;

@@ -1,11 +1,11 @@
 /// The lists of run-time classes and the chain of extension modules of this process.
 #pragma once
 
-#include <mutex>
 #include <string_view>
 #include <vector>
 
 #include "ModuleRange.h"
+#include "RegistryLock.h"
 #include "afxwin.h"
 
 /// The one registry of the process, behind `AfxClassInit`, `CRuntimeClass::FromName` and the
@@ -35,7 +35,7 @@ private:
     void Prepend(AFX_EXTENSION_MODULE& module, CRuntimeClass* newClass);
     void RefreshHeads(const AFX_EXTENSION_MODULE& module);
 
-    std::mutex lock_;
+    afx::detail::RegistryLock lock_;
     /// Classes of no initialised module.
     CRuntimeClass* applicationClasses_ = nullptr;
     std::vector<Module> modules_;
