@@ -200,20 +200,20 @@ public:                                                     \
     VERIDANE_AFX_IMPLEMENT_CLASS(class_name, base_class_name, const CRuntimeClass, 0xFFFFU, \
                                  &class_name::CreateObject, nullptr)
 
-#define IMPLEMENT_SERIAL(class_name, base_class_name, schema)                             \
-    CObject* PASCAL class_name::CreateObject() {                                          \
-        return new class_name;                                                            \
-    }                                                                                     \
-    namespace {                                                                           \
-    extern AFX_CLASSINIT classInitOf##class_name;                                         \
-    }                                                                                     \
-    VERIDANE_AFX_IMPLEMENT_CLASS(class_name, base_class_name, CRuntimeClass, schema,      \
-                                 &class_name::CreateObject, &classInitOf##class_name)     \
-    namespace {                                                                           \
-    AFX_CLASSINIT classInitOf##class_name(RUNTIME_CLASS(class_name));                     \
-    }                                                                                     \
-    CArchive& AFXAPI operator>>(CArchive& archive, class_name*& object) {                 \
-        object = static_cast<class_name*>(archive.ReadObject(RUNTIME_CLASS(class_name))); \
-        return archive;                                                                   \
+#define IMPLEMENT_SERIAL(class_name, base_class_name, schema)                              \
+    CObject* PASCAL class_name::CreateObject() {                                           \
+        return new class_name;                                                             \
+    }                                                                                      \
+    namespace {                                                                            \
+    extern AFX_CLASSINIT classInitOf##class_name;                                          \
+    }                                                                                      \
+    VERIDANE_AFX_IMPLEMENT_CLASS(class_name, base_class_name, CRuntimeClass, schema,       \
+                                 &class_name::CreateObject, &classInitOf##class_name)      \
+    namespace {                                                                            \
+    AFX_CLASSINIT classInitOf##class_name(RUNTIME_CLASS(class_name));                      \
+    }                                                                                      \
+    [[maybe_unused]] CArchive& AFXAPI operator>>(CArchive& archive, class_name*& object) { \
+        object = static_cast<class_name*>(archive.ReadObject(RUNTIME_CLASS(class_name)));  \
+        return archive;                                                                    \
     }
 /// @}
