@@ -46,7 +46,8 @@ protected:
     bool Flush() override;
 
 private:
-    CArchive* archive_;
+    // Part of the object's layout; the file does all the work.
+    [[maybe_unused]] CArchive* archive_;
     CFile* file_;
     uint64_t startPosition_;
 };
