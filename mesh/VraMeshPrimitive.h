@@ -110,7 +110,7 @@ public:
     };
 
     /// How a triangle counts in the normal of a vertex.
-    enum VertexNormalWeightType {
+    enum VertexNormalWeightType : int {
         Area = 0,  ///< By its area.
         Angle = 1  ///< By its interior angle at the vertex.
     };

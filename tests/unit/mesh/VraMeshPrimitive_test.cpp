@@ -299,6 +299,13 @@ TEST(VertexNormalWeightType, IsOneSettingForAllAndStartsAsArea) {
     EXPECT_EQ(VraMesh::GetVertexNormalWeightType(), VraMeshPrimitive::Area);
 }
 
+TEST(VertexNormalWeightType, AValueItDoesNotNameIsKept) {
+    const auto other = static_cast<VraMeshPrimitive::VertexNormalWeightType>(-5);
+    VraMeshPrimitive::SetVertexNormalWeightType(other);
+    EXPECT_EQ(VraMeshPrimitive::GetVertexNormalWeightType(), -5);
+    VraMeshPrimitive::SetVertexNormalWeightType(VraMeshPrimitive::Area);
+}
+
 // Says when it is destroyed.
 template <class Base>
 class Watched : public Base {
