@@ -14,15 +14,17 @@ namespace {
 template <class Array>
 void CopyArray(const std::shared_ptr<Array>& source, std::shared_ptr<Array>& target,
                std::unordered_map<const void*, std::shared_ptr<void>>& copyOfArray) {
-    if (!source)
+    // Both handles are one when a primitive is copied onto itself.
+    const Array* const original = source.get();
+    if (!original)
         return;
-    const auto known = copyOfArray.find(source.get());
+    const auto known = copyOfArray.find(original);
     if (known != copyOfArray.end()) {
         target = std::static_pointer_cast<Array>(known->second);
         return;
     }
-    target = std::make_shared<Array>(*source);
-    copyOfArray.emplace(source.get(), target);
+    target = std::make_shared<Array>(*original);
+    copyOfArray.emplace(original, target);
 }
 
 template <class Array>

@@ -290,6 +290,14 @@ TEST(DeepCopy, AndDuplicateShareOneMap) {
     ExpectSameArrays(*source->Duplicate(map), *target);
 }
 
+TEST(DeepCopy, OntoItselfRecordsTheArrayItReplaced) {
+    const auto [first, second] = SharedPair();
+    VruDuplicateMap map;
+    EXPECT_TRUE(first->DeepCopy(first, map));
+    EXPECT_NE(first->GetVertexArray(), second->GetVertexArray());
+    EXPECT_EQ(second->Duplicate(map)->GetVertexArray(), first->GetVertexArray());
+}
+
 TEST(ShallowCopy, SharesEveryArrayButTheUVs) {
     const Mesh source = FullSquare();
     const Mesh target = NewPrimitive();
