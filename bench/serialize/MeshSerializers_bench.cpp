@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "serialize/MeshSerializers.h"
+#include "serialize/ValueSerializers.h"
 #include "serialize/VrmArchive.h"
 #include "support/BenchMeshes.h"
 
@@ -131,12 +132,72 @@ void PlainBoth(benchmark::State& state, const Case& which) {
         });
 }
 
+// One colour a triangle and nothing else; the case only gives the count.
+boost::intrusive_ptr<Vr::VraMeshPrimitive> ColorsOnly(const Case& which) {
+    boost::intrusive_ptr<Vr::VraMeshPrimitive> mesh(new Vr::VraMeshPrimitive);
+    mesh->SetColorArray(std::make_shared<Vr::VraMeshPrimitive::ColorArray>(which.triangleCount));
+    return mesh;
+}
+
+void StoreColors(benchmark::State& state, const Case& which) {
+    const auto mesh = ColorsOnly(which);
+    ScratchFile file;
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); }, [&] { Store(*file, *mesh); });
+}
+
+void StoreColorsOneByOne(benchmark::State& state, const Case& which) {
+    using Vr::operator<<;
+    const auto mesh = ColorsOnly(which);
+    ScratchFile file;
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); },
+        [&] {
+            CArchive archive(&*file, CArchive::store);
+            for (const ON_Color& color : *mesh->GetColorArray())
+                archive << color;
+            archive.Close();
+        });
+}
+
+void LoadColors(benchmark::State& state, const Case& which) {
+    ScratchFile file;
+    Store(*file, *ColorsOnly(which));
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); },
+        [&] { benchmark::DoNotOptimize(Load(*file)); });
+}
+
+void LoadColorsOneByOne(benchmark::State& state, const Case& which) {
+    using Vr::operator>>;
+    ScratchFile file;
+    Store(*file, *ColorsOnly(which));
+    Vr::bench::Measure(
+        state, which.triangleCount, [&] { file->SeekToBegin(); },
+        [&] {
+            CArchive archive(&*file, CArchive::load);
+            for (size_t number = 0; number < which.triangleCount; ++number) {
+                ON_Color color;
+                archive >> color;
+                benchmark::DoNotOptimize(color);
+            }
+            archive.Close();
+        });
+}
+
+const std::vector<Case> colorCases = {{Vr::bench::Shape::kSphere, Vr::bench::k100Thousand},
+                                      {Vr::bench::Shape::kSphere, Vr::bench::k1Million}};
 const std::vector<Case> cases = Vr::bench::IndexedCases();
-const bool registered = Vr::bench::Register("StoreMesh", cases, StoreMesh) &&
-                        Vr::bench::Register("PlainWrite", cases, PlainWrite) &&
-                        Vr::bench::Register("LoadMesh", cases, LoadMesh) &&
-                        Vr::bench::Register("PlainRead", cases, PlainRead) &&
-                        Vr::bench::Register("StoreAndLoad", cases, Both) &&
-                        Vr::bench::Register("PlainWriteAndRead", cases, PlainBoth);
+const bool registered =
+    Vr::bench::Register("StoreColors", colorCases, StoreColors) &&
+    Vr::bench::Register("StoreColorsOneByOne", colorCases, StoreColorsOneByOne) &&
+    Vr::bench::Register("LoadColors", colorCases, LoadColors) &&
+    Vr::bench::Register("LoadColorsOneByOne", colorCases, LoadColorsOneByOne) &&
+    Vr::bench::Register("StoreMesh", cases, StoreMesh) &&
+    Vr::bench::Register("PlainWrite", cases, PlainWrite) &&
+    Vr::bench::Register("LoadMesh", cases, LoadMesh) &&
+    Vr::bench::Register("PlainRead", cases, PlainRead) &&
+    Vr::bench::Register("StoreAndLoad", cases, Both) &&
+    Vr::bench::Register("PlainWriteAndRead", cases, PlainBoth);
 
 }  // namespace
