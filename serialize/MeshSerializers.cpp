@@ -3,9 +3,9 @@
 
 #include "serialize/MeshSerializers.h"
 
-#include "serialize/ValueSerializers.h"
 #include "serialize/VrmArchive.h"
 #include "serialize/detail/ArchiveMode.h"
+#include "serialize/detail/ElementBridge.h"
 #include "serialize/detail/RawElements.h"
 #include "serialize/detail/SharedArray.h"
 
@@ -43,20 +43,44 @@ void ReadContent(CArchive& archive, IndexArray& indices) {
     archive >> indices;
 }
 
-// Colours and UVs go one by one through a bridge to openNURBS.
+void WriteValue(ON_BinaryArchive& bridge, const ON_Color& color) {
+    bridge.WriteColor(color);
+}
+
+void WriteValue(ON_BinaryArchive& bridge, const ON_2dPoint& point) {
+    bridge.WritePoint(point);
+}
+
+void ReadValue(ON_BinaryArchive& bridge, ON_Color& color) {
+    bridge.ReadColor(color);
+}
+
+void ReadValue(ON_BinaryArchive& bridge, ON_2dPoint& point) {
+    bridge.ReadPoint(point);
+}
+
+// Colours and UVs have openNURBS's encoding, which is as long as the value.
 template <class Value>
 void WriteValues(CArchive& archive, const std::vector<Value>& values) {
     archive << static_cast<ULONGLONG>(values.size());
+    if (values.empty())
+        return;
+    detail::ElementBridge bridge(archive);
     for (const Value& value : values)
-        archive << value;
+        WriteValue(bridge, value);
+    bridge.HandOver();
 }
 
+// Deliberate: values that the stream lacks are not noticed; they come out as `missing`.
 template <class Value>
-void ReadValues(CArchive& archive, std::vector<Value>& values) {
+void ReadValues(CArchive& archive, std::vector<Value>& values, const Value& missing) {
     const size_t count = detail::ReadCountAndReserve(archive, values);
+    if (count == 0)
+        return;
+    detail::ElementBridge bridge(archive, count * sizeof(Value));
     while (values.size() < count) {
-        Value value;
-        archive >> value;
+        Value value = missing;
+        ReadValue(bridge, value);
         values.push_back(value);
     }
 }
@@ -66,7 +90,7 @@ void WriteContent(CArchive& archive, const VraMeshPrimitive::ColorArray& colors)
 }
 
 void ReadContent(CArchive& archive, VraMeshPrimitive::ColorArray& colors) {
-    ReadValues(archive, colors);
+    ReadValues(archive, colors, ON_Color());
 }
 
 void WriteContent(CArchive& archive, const VraMeshPrimitive::UVArray& uvs) {
@@ -74,7 +98,7 @@ void WriteContent(CArchive& archive, const VraMeshPrimitive::UVArray& uvs) {
 }
 
 void ReadContent(CArchive& archive, VraMeshPrimitive::UVArray& uvs) {
-    ReadValues(archive, uvs);
+    ReadValues(archive, uvs, ON_2dPoint(0.0, 0.0));
 }
 
 template <class Array>
