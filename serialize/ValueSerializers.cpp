@@ -112,4 +112,40 @@ CArchive& operator>>(CArchive& archive, ON_Color& color) {
     return archive;
 }
 
+CArchive& operator<<(CArchive& archive, const ON_Plane& plane) {
+    detail::RequireStoring(archive);
+    VrmOpenNurbsBinaryArchive(archive).WritePlane(plane);
+    return archive;
+}
+
+CArchive& operator>>(CArchive& archive, ON_Plane& plane) {
+    detail::RequireLoading(archive);
+    VrmOpenNurbsBinaryArchive(archive).ReadPlane(plane);
+    return archive;
+}
+
+CArchive& operator<<(CArchive& archive, const ON_Arc& arc) {
+    detail::RequireStoring(archive);
+    VrmOpenNurbsBinaryArchive(archive).WriteArc(arc);
+    return archive;
+}
+
+CArchive& operator>>(CArchive& archive, ON_Arc& arc) {
+    detail::RequireLoading(archive);
+    VrmOpenNurbsBinaryArchive(archive).ReadArc(arc);
+    return archive;
+}
+
+CArchive& operator<<(CArchive& archive, const ON_Xform& xf) {
+    detail::RequireStoring(archive);
+    VrmOpenNurbsBinaryArchive(archive).WriteXform(xf);
+    return archive;
+}
+
+CArchive& operator>>(CArchive& archive, ON_Xform& xf) {
+    detail::RequireLoading(archive);
+    VrmOpenNurbsBinaryArchive(archive).ReadXform(xf);
+    return archive;
+}
+
 }  // namespace Vr

@@ -36,6 +36,15 @@ VERIDANE_MESH_API CArchive& operator>>(CArchive& archive, ON_2dPoint& point);
 
 VERIDANE_MESH_API CArchive& operator<<(CArchive& archive, const ON_Color& color);
 VERIDANE_MESH_API CArchive& operator>>(CArchive& archive, ON_Color& color);
+
+VERIDANE_MESH_API CArchive& operator<<(CArchive& archive, const ON_Plane& plane);
+VERIDANE_MESH_API CArchive& operator>>(CArchive& archive, ON_Plane& plane);
+
+VERIDANE_MESH_API CArchive& operator<<(CArchive& archive, const ON_Arc& arc);
+VERIDANE_MESH_API CArchive& operator>>(CArchive& archive, ON_Arc& arc);
+
+VERIDANE_MESH_API CArchive& operator<<(CArchive& archive, const ON_Xform& xf);
+VERIDANE_MESH_API CArchive& operator>>(CArchive& archive, ON_Xform& xf);
 /// @}
 
 }  // namespace Vr
