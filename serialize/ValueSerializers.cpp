@@ -76,7 +76,6 @@ CArchive& operator>>(CArchive& archive, std::wstring& text) {
     archive >> count;
     if (count > text.max_size())
         detail::ThrowStringTooLong();
-    text.clear();
     text.resize(static_cast<size_t>(count));
     for (wchar_t& character : text) {
         WORD unit = 0;

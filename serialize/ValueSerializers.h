@@ -24,8 +24,9 @@ namespace Vr {
 ///   `ON_Color` would otherwise be stored as a plain number.
 /// - Throws: `CArchiveException*` with cause `readOnly` when storing on a loading archive and
 ///   `writeOnly` when loading from a storing one. A string cut short ends in cause `endOfFile`, with
-///   the length it should have and zeros for the units that did not come; a length no string can
-///   have throws `std::length_error` "string too long" and changes nothing.
+///   the length it should have; characters that did not come are those it held before, and zeros
+///   behind them. A length no string can have throws `std::length_error` "string too long", one
+///   beyond memory `std::bad_alloc`, and both change nothing.
 /// - Deliberate: a geometry value cut short is not reported; the value stays as openNURBS left it.
 /// @{
 VERIDANE_MESH_API CArchive& operator<<(CArchive& archive, const std::wstring& text);

@@ -135,6 +135,14 @@ TEST(WideString, ACutStreamEndsInEndOfFileAndLeavesTheFullLength) {
     EXPECT_EQ(text, std::wstring(L"xy\0", 3));
 }
 
+TEST(WideString, UnitsThatDidNotComeKeepTheOldCharacters) {
+    MemoryFile file(Units({'x', 'y', 'z', 'w'}).Prefix(8 + 2));
+    CArchive archive(&file, CArchive::load);
+    std::wstring text = L"abc";
+    EXPECT_EQ(CaughtFrom([&] { archive >> text; }), EndOfFile());
+    EXPECT_EQ(text, std::wstring(L"xbc\0", 4)) << "only new units are zero";
+}
+
 TEST(WideString, ACutLengthChangesNothing) {
     MemoryFile file(Bytes(7, 0));
     CArchive archive(&file, CArchive::load);
@@ -152,6 +160,14 @@ TEST(WideString, ALengthNoStringCanHaveThrowsAndChangesNothing) {
         EXPECT_EQ(CaughtFrom([&] { archive >> text; }), LengthError("string too long"));
         EXPECT_EQ(text, L"old");
     }
+}
+
+TEST(WideString, ALengthBeyondMemoryThrowsBadAllocAndChangesNothing) {
+    MemoryFile file(ByteScript().Qword(1ULL << 58, "length").Bytes());
+    CArchive archive(&file, CArchive::load);
+    std::wstring text = L"old";
+    EXPECT_EQ(CaughtFrom([&] { archive >> text; }), BadAlloc());
+    EXPECT_EQ(text, L"old");
 }
 
 TEST(Point2d, IsTwoDoubles) {
