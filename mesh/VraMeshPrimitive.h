@@ -144,6 +144,7 @@ protected:
     ///   when loaded. Arrays are told apart by address, so a stored array must live, at its place,
     ///   until the archive is closed.
     /// - Requires: `archive` is a `VrmArchive`; a plain `CArchive` is not supported.
+    /// - Deliberate: colours and UVs cut short are not reported; what did not come is 0.
     /// - Throws: `CArchiveException*` (cause `endOfFile`) for a short stream, `CUserException*` when
     ///   the observer cancels, `std::length_error` "vector too long" for a count no vector can have,
     ///   `std::bad_alloc`. Arrays read by then are installed, the others are as they were.

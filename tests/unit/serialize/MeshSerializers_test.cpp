@@ -501,6 +501,18 @@ TEST(PartlyLoaded, ACountNoVectorCanHaveThrowsVectorTooLong) {
     EXPECT_EQ(loadWithCount(2, std::vector<ON_Color>().max_size()), BadAlloc());
 }
 
+TEST(PartlyLoaded, UVsThatDidNotComeAreNotReportedAndAreZero) {
+    const Mesh source = NewPrimitive();
+    source->SetUVArray(UVs({{1, 2}, {3, 4}, {5, 6}}));
+    source->SetColorArray(Colors({7}));
+    Bytes body = StoredBody(*source);
+    body.resize(body.size() - 24);
+    LoadedFrom loaded(body);
+    const Mesh target = NewPrimitive();
+    EXPECT_EQ(CaughtFrom([&] { SerializeBody(*target, loaded.archive); }), Nothing());
+    EXPECT_EQ(*target->GetUVArray(), *UVs({{1, 2}, {3, 0}, {0, 0}}));
+}
+
 // Cancels at the n-th question.
 class CancelAt final : public Vr::VrwSerializeObserver {
 public:
