@@ -1,0 +1,37 @@
+/// Makes `operator new` fail on purpose and counts what it handed out.
+///
+/// The functions are replaced for the whole program by FailingAllocation.cpp: add that file to the
+/// executables that need it, and to no other. On Windows a module keeps its own `operator new`.
+#pragma once
+
+#include <cstddef>
+
+namespace Vr::test {
+
+/// Memory blocks handed out and not yet given back.
+std::size_t LiveAllocations();
+/// Memory blocks handed out since the program started.
+std::size_t AllocationCount();
+
+/// Lets one allocation, or all from one on, throw `std::bad_alloc` as long as this object lives.
+///
+///     for (std::size_t number = 1;; ++number) {
+///         FailAllocation failure(number);
+///         ... run, note what was thrown ...
+///         if (!failure.HasHappened())
+///             break;
+class FailAllocation {
+public:
+    enum class Fails { kOnce, kFromThenOn };
+
+    /// - Shape: `number` counts from 1, the next allocation.
+    explicit FailAllocation(std::size_t number, Fails fails = Fails::kOnce);
+    ~FailAllocation();
+    FailAllocation(const FailAllocation&) = delete;
+    FailAllocation& operator=(const FailAllocation&) = delete;
+
+    /// Whether an allocation has failed yet.
+    bool HasHappened() const;
+};
+
+}  // namespace Vr::test
