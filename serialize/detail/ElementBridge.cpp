@@ -34,7 +34,8 @@ void ElementBridge::FetchPiece() {
         pieceEnd_ = file_.Read(piece_.get(), static_cast<UINT>(wanted));
         bytesToFetch_ = pieceEnd_ < wanted ? 0 : bytesToFetch_ - pieceEnd_;
     } catch (CFileException* exception) {
-        exception->Delete();
+        fault_.reset(exception);
+        bytesToRetry_ = wanted;
         bytesToFetch_ = 0;
         file_.Seek(static_cast<LONGLONG>(start), CFile::begin);
     }
@@ -62,6 +63,10 @@ size_t ElementBridge::ReadPastPieces(size_t count, void* target) {
         return 0;
     const size_t read = file_.Read(target, static_cast<UINT>(count));
     fileEnded_ = read == 0;
+    bytesToRetry_ -= (std::min)(read, bytesToRetry_);
+    // The fault did not show again; the file reported it all the same.
+    if (fault_ && (fileEnded_ || bytesToRetry_ == 0))
+        throw fault_.release();
     return read;
 }
 

@@ -26,10 +26,17 @@ public:
 protected:
     /// Reads from the piece at hand. A piece that the file cannot deliver is read again value by
     /// value, so that what came before the fault still arrives.
+    ///
+    /// - Throws: what the file throws; the `CFileException*` of a piece also when the fault does not
+    ///   show again value by value.
     size_t Read(size_t count, void* target) override;
     size_t Write(size_t count, const void* source) override;
 
 private:
+    struct DeleteException {
+        void operator()(CException* exception) const { exception->Delete(); }
+    };
+
     void FetchPiece();
     size_t ReadPastPieces(size_t count, void* target);
 
@@ -38,6 +45,8 @@ private:
     size_t pieceBegin_ = 0;
     size_t pieceEnd_ = 0;
     size_t bytesToFetch_;
+    size_t bytesToRetry_ = 0;
+    std::unique_ptr<CFileException, DeleteException> fault_;
     bool fileEnded_ = false;
 };
 

@@ -389,6 +389,11 @@ TEST(SerializeLaw, AReadThatFailsAtAnyCallReachesTheCaller) {
                              [](const MemoryFile& file) { return file.ReadCalls(); });
 }
 
+TEST(SerializeLaw, AReadThatFailsOnceReachesTheCallerToo) {
+    FailEachCallWhileLoading(MemoryFile::Fails::kOnce, CFileException::hardIO, FailReads,
+                             [](const MemoryFile& file) { return file.ReadCalls(); });
+}
+
 TEST(SerializeLaw, ASeekThatFailsAtAnyCallReachesTheCaller) {
     FailEachCallWhileLoading(MemoryFile::Fails::kOnce, CFileException::badSeek, FailSeeks,
                              [](const MemoryFile& file) { return file.SeekCalls(); });
