@@ -82,16 +82,6 @@ void VraMeshPrimitive::OnMergeSameColor() {
     AfxThrowNotSupportedException();
 }
 
-// mesh/RemoveDegenerateMesh.cpp
-
-bool VraMeshPrimitive::RemoveDegenerateMesh() {
-    AfxThrowNotSupportedException();
-}
-
-bool VraMeshPrimitive::OnRemoveDegenerateMesh(VraMeshDegenJudge&, bool) {
-    AfxThrowNotSupportedException();
-}
-
 // mesh/Merge.cpp
 
 bool VraMeshPrimitive::Merge(boost::intrusive_ptr<VraMeshPrimitive>,

@@ -345,6 +345,27 @@ protected:
 
     /// @name Degenerate triangles (mesh/RemoveDegenerateMesh.cpp)
     /// @{
+    /// Removes the triangles that `judge` gives up, and cuts the other index arrays by its table.
+    ///
+    /// Sets the judge's mode, has it answer for each triangle in order from its cursor on, and resets
+    /// its indices; the table tells afterwards what went. To remove triangles of one's own choice,
+    /// call `SetDegenTriangles` first and pass false.
+    ///
+    /// - Shape: with `judgeTriangles`, triangles with a repeated vertex number go and the table is
+    ///   filled; without, those marked in the table go. Per-vertex lists and texture-UV indices lose
+    ///   the triples of the same triangles, counted from table entry 0.
+    /// - Sharing: vertex index, normal index, colour index and texture-UV index array, in place; one
+    ///   that serves two roles is cut once. The others are not fetched when nothing is marked. Storage
+    ///   is kept.
+    /// - Result: false, and nothing done, when there is no vertex index array; otherwise true.
+    /// - Deliberate: a per-triangle list loses the entries whose value is the number of a removed
+    ///   triangle, wherever they stand.
+    /// - Deliberate: the judge is left in table mode when another index array was there to cut, and
+    ///   otherwise in the mode that `judgeTriangles` chose.
+    /// - Requires: the judge has an entry for every triangle, triple and per-triangle number.
+    /// - Throws: `boost::bad_get` when `IsNormalPerVertex` or `IsColorPerVertex` is overridden to
+    ///   answer other than the array's form; arrays cut by then stay cut.
+    /// - Complexity: linear in the index arrays, no allocation, calling thread only.
     virtual bool OnRemoveDegenerateMesh(VraMeshDegenJudge& judge, bool judgeTriangles);
     /// @}
 
@@ -380,6 +401,23 @@ public:
 
     /// @name Degenerate triangles (mesh/RemoveDegenerateMesh.cpp)
     /// @{
+    /// Removes the triangles that name a vertex twice, such as joining equal vertices leaves behind.
+    ///
+    /// Their vertices stay; `DeleteUnusedVertices` drops those that are no longer used. Triangles of
+    /// zero area with three different vertex numbers stay.
+    ///
+    /// - Order: the remaining triangles keep theirs.
+    /// - Sharing: vertex index, normal index, colour index and texture-UV index array, in place; one
+    ///   that serves two roles is cut once. Storage is kept, and numbers in the arrays are not changed.
+    /// - Result: false when there is no vertex index array; otherwise true, whether or not a triangle
+    ///   went.
+    /// - Deliberate: a per-triangle list of normals or colours loses the entries whose value is the
+    ///   number of a removed triangle, wherever they stand.
+    /// - Requires: numbers in per-triangle lists are below the triangle count.
+    /// - Throws: `std::bad_alloc`, and nothing has changed; `boost::bad_get` as
+    ///   `OnRemoveDegenerateMesh`.
+    /// - Complexity: linear in the triangles; four bytes a triangle for the table; calling thread only.
+    /// - Example: {0,1,2}, {3,3,4}, {5,6,7} becomes {0,1,2}, {5,6,7}.
     bool RemoveDegenerateMesh();
     /// @}
 
