@@ -5,16 +5,6 @@
 
 namespace Vr {
 
-// mesh/CreateNormal.cpp
-
-bool VraMeshPrimitive::CreateNormalPerTriangle() {
-    AfxThrowNotSupportedException();
-}
-
-bool VraMeshPrimitive::CreateNormalPerVertex() {
-    AfxThrowNotSupportedException();
-}
-
 // mesh/SetDataAsConeCylinder.cpp
 
 bool VraMeshPrimitive::SetDataAsCone(const ON_3dPoint&, const ON_3dPoint&, double, size_t) {
