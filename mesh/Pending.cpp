@@ -46,12 +46,6 @@ void VraMeshPrimitive::ReverseFaces(bool) {
     AfxThrowNotSupportedException();
 }
 
-// mesh/GetFreeEdges.cpp
-
-void VraMeshPrimitive::GetFreeEdges(std::vector<std::pair<size_t, size_t>>&) const {
-    AfxThrowNotSupportedException();
-}
-
 // mesh/MergeSameVertex.cpp
 
 void VraMeshPrimitive::MergeSameData() {

@@ -375,6 +375,26 @@ public:
 
     /// @name Free edges (mesh/GetFreeEdges.cpp)
     /// @{
+    /// Appends the edges that no other triangle traverses in the opposite direction.
+    ///
+    /// Each triangle traverses (first, second), (second, third) and (third, first). In the order of
+    /// the triangles, an edge takes away one there is in the opposite direction; otherwise it is
+    /// recorded, unless it is recorded already.
+    ///
+    /// - Shape: pairs (from, to) of vertex numbers, in the direction of their triangle.
+    /// - Order: ascending by from, then by to, behind what `edges` holds.
+    /// - Result: nothing is appended when the vertex index array is missing.
+    /// - Deliberate: `edges` is not cleared, and room is made for the new edges without counting
+    ///   those it holds.
+    /// - Deliberate: where three and more triangles meet at an edge the order counts: there, back,
+    ///   there leaves the edge free; there, there, back leaves nothing.
+    /// - Deliberate: an edge from a vertex to itself is its own opposite, so every second one takes
+    ///   away the one before.
+    /// - Throws: `std::bad_alloc`; `edges` has changed at most by edges appended.
+    /// - Complexity: linear in time and memory; n log n where the vertex numbers spread over more
+    ///   than four times the triangle count or hundreds of edges meet at a vertex. Calling thread
+    ///   only. Numbers are only compared and may address no vertex.
+    /// - Example: triangles {0,1,2} and {0,2,3} give (0,1), (1,2), (2,3), (3,0).
     virtual void GetFreeEdges(std::vector<std::pair<size_t, size_t>>& edges) const;
     /// @}
 
