@@ -1,0 +1,50 @@
+// `info` and `copy`: documents as they are.
+
+#include <fmt/core.h>
+
+#include <memory>
+#include <string>
+
+#include "Commands.h"
+#include "Info.h"
+#include "Output.h"
+
+namespace Host {
+
+namespace {
+
+void AddInfo(CLI::App& app) {
+    const auto path = std::make_shared<std::string>();
+    CLI::App* const command = app.add_subcommand("info", "Describes what a document holds");
+    command->add_option("document", *path, "The document to load")->required();
+    command->callback([path] { Print(DescribeDocument(LoadDocument(*path), *path)); });
+}
+
+void AddCopy(CLI::App& app) {
+    struct Options {
+        std::string source;
+        std::string target;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command = app.add_subcommand(
+        "copy", "Loads a document and stores it again; the bytes come out equal");
+    command->add_option("source", options->source, "The document to load")->required();
+    command->add_option("target", options->target, "The document to store")->required();
+    command->callback(
+        [options] { StoreAndReport(LoadDocument(options->source), options->target); });
+}
+
+}  // namespace
+
+void AddDocumentCommands(CLI::App& app) {
+    AddInfo(app);
+    AddCopy(app);
+}
+
+void StoreAndReport(const Document& document, const std::filesystem::path& path) {
+    const uint64_t length = StoreDocument(document, path);
+    Print(fmt::format("stored {}: {}, {} bytes\n", path.string(),
+                      Counted(document.objects.size(), "object", "objects"), length));
+}
+
+}  // namespace Host
