@@ -1,0 +1,91 @@
+#include <sys/stat.h>
+
+#include "host/HostTest.h"
+
+namespace Vr::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+// The file size limit of the tests below, less than a box takes.
+constexpr size_t kLimit = 300;
+constexpr const char* kDiskFull = "File too large";
+
+class FailedStore : public HostTest {};
+
+TEST_F(FailedStore, AFullDiskLeavesTheOldDocumentAndNoTemporaryFile) {
+    StoreDocument("box.vrd", {UnitBox()});
+    Write("old.vrd", "the old document");
+    const Bytes before = Read("old.vrd");
+    ExpectFailure(RunHost({"copy", Path("box.vrd"), Path("old.vrd")}, WithFileSizeLimit(kLimit)),
+                  Path("old.vrd"), kDiskFull);
+    EXPECT_EQ(Read("old.vrd"), before);
+    EXPECT_THAT(Names(), ElementsAre("box.vrd", "old.vrd"));
+}
+
+TEST_F(FailedStore, AFullDiskLeavesNothingWhereNothingWas) {
+    const std::string model = Write("cube.ply", CubePly());
+    const HostResult result =
+        RunHost({"import", model, "-o", Path("new.vrd")}, WithFileSizeLimit(kLimit));
+    ExpectFailure(result, Path("new.vrd"), kDiskFull);
+    EXPECT_THAT(Names(), ElementsAre("cube.ply"));
+}
+
+// The limit lies inside the last bytes, which leave the buffers only when the file is closed.
+TEST_F(FailedStore, ADiskThatFillsUpWithTheLastByteIsNoticed) {
+    StoreDocument("box.vrd", {UnitBox()});
+    const size_t length = Read("box.vrd").size();
+    ExpectFailure(
+        RunHost({"copy", Path("box.vrd"), Path("new.vrd")}, WithFileSizeLimit(length - 1)),
+        Path("new.vrd"), kDiskFull);
+    EXPECT_THAT(Names(), ElementsAre("box.vrd"));
+    ExpectSuccess(RunHost({"copy", Path("box.vrd"), Path("new.vrd")}, WithFileSizeLimit(length)));
+}
+
+TEST_F(FailedStore, AMissingFolder) {
+    StoreDocument("box.vrd", {UnitBox()});
+    ExpectFailure(RunHost({"copy", Path("box.vrd"), Path("nowhere/new.vrd")}),
+                  Path("nowhere/new.vrd"), "No such file or directory");
+}
+
+TEST_F(FailedStore, AFileInPlaceOfTheFolder) {
+    StoreDocument("box.vrd", {UnitBox()});
+    ExpectFailure(RunHost({"copy", Path("box.vrd"), Path("box.vrd/new.vrd")}),
+                  Path("box.vrd/new.vrd"), "Not a directory");
+}
+
+TEST_F(FailedStore, AFolderThatMayNotBeWritten) {
+    using std::filesystem::perms;
+    StoreDocument("box.vrd", {UnitBox()});
+    std::filesystem::create_directory(Path("locked"));
+    std::filesystem::permissions(Path("locked"), perms::owner_read | perms::owner_exec);
+    ExpectFailure(RunHost({"copy", Path("box.vrd"), Path("locked/new.vrd")}, ObeyPermissions),
+                  Path("locked/new.vrd"), "Permission denied");
+    std::filesystem::permissions(Path("locked"), perms::owner_all);
+}
+
+TEST_F(FailedStore, AFolderAsTarget) {
+    StoreDocument("box.vrd", {UnitBox()});
+    ExpectFailure(RunHost({"copy", Path("box.vrd"), Path("")}), Path(""), "not a regular file");
+    EXPECT_THAT(Names(), ElementsAre("box.vrd"));
+}
+
+TEST_F(FailedStore, ADeviceAsTargetIsNotReplacedByAFile) {
+    StoreDocument("box.vrd", {UnitBox()});
+    ExpectFailure(RunHost({"copy", Path("box.vrd"), "/dev/full"}), "/dev/full",
+                  "not a regular file");
+    struct stat status = {};
+    ASSERT_EQ(stat("/dev/full", &status), 0);
+    EXPECT_TRUE(S_ISCHR(status.st_mode));
+}
+
+TEST_F(FailedStore, ADamagedSourceLeavesTheOldDocument) {
+    const std::string source = Write("damaged.vrd", "VRDM");
+    const std::string target = StoreDocument("box.vrd", {UnitBox()});
+    const Bytes before = Read("box.vrd");
+    ExpectFailure(RunHost({"copy", source, target}), source, "damaged document: it ends too early");
+    EXPECT_EQ(Read("box.vrd"), before);
+}
+
+}  // namespace
+}  // namespace Vr::test
