@@ -15,12 +15,6 @@ bool VraMeshPrimitive::SetDataAsCylinder(const ON_3dPoint&, const ON_3dPoint&, d
     AfxThrowNotSupportedException();
 }
 
-// mesh/DeleteFacetFaces.cpp
-
-size_t VraMeshPrimitive::DeleteFacetFaces(const std::vector<size_t>&) {
-    AfxThrowNotSupportedException();
-}
-
 // mesh/DeleteUnusedVertices.cpp
 
 void VraMeshPrimitive::DeleteUnusedVertices() {

@@ -1,5 +1,5 @@
-// The judge decides over the vertex index array and writes its table; the other index arrays are then
-// cut by the table. An array that serves two roles is met once, so that no entry goes twice.
+// The judge decides over the vertex index array and writes its table; the other index arrays are
+// then cut by the table. An array that serves two roles is met once, so that no entry goes twice.
 
 #include "mesh/VraMeshDegenJudge.h"
 #include "mesh/VraMeshPrimitive.h"

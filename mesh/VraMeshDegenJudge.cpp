@@ -1,6 +1,6 @@
 // The table and the cuts of whole arrays. A cut does what asking the query for each element in turn
-// would, but keeps cursor and counter in registers: inside the object they would have to be read again
-// after every store to the array.
+// would, but keeps cursor and counter in registers: inside the object they would have to be read
+// again after every store to the array.
 
 #include "mesh/VraMeshDegenJudge.h"
 

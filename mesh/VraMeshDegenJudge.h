@@ -11,21 +11,24 @@
 
 namespace Vr {
 
-/// Decides which triangles of a primitive go, and remembers it, so that every array with one entry a
-/// triangle can be cut in step.
+/// Decides which triangles of a primitive go, and remembers it, so that every array with one entry
+/// a triangle can be cut in step.
 ///
 /// Meant to be passed by reference to a stable remove-if over one array after the other; each query
-/// answers true for what is to be removed. In judging mode the query for triangles finds those with a
-/// repeated vertex number and fills the table; in table mode it reads the table back. The table comes
-/// from a judging pass or from `SetDegenTriangles`.
+/// answers true for what is to be removed. In judging mode the query for triangles finds those with
+/// a repeated vertex number and fills the table; in table mode it reads the table back. The table
+/// comes from a judging pass or from `SetDegenTriangles`.
 ///
-/// - Shape: the table has one entry for each triangle of the constructor's count: the triangle's new
-///   number among the kept ones, or the removed mark 0xFFFFFFFF, which all entries hold at first.
-/// - Order: the sequential queries (triangles, UVs) answer for the triangle under a cursor and move it
-///   on, so ask them once for each element, in array order. Call `ResetIndex` between two arrays.
+/// - Shape: the table has one entry for each triangle of the constructor's count: the triangle's
+///   new number among the kept ones, or the removed mark 0xFFFFFFFF, which all entries hold at
+///   first.
+/// - Order: the sequential queries (triangles, UVs) answer for the triangle under a cursor and move
+///   it on, so ask them once for each element, in array order. Call `ResetIndex` between two
+///   arrays.
 /// - Deliberate: new numbers have 32 bits.
 /// - Deliberate: degenerate means a repeated vertex number; area and positions are not looked at.
-/// - Requires: the table has an entry for every triangle asked about; asserted in debug builds only.
+/// - Requires: the table has an entry for every triangle asked about; asserted in debug builds
+///   only.
 class VERIDANE_MESH_API VraMeshDegenJudge : private boost::noncopyable {
 public:
     /// Any value other than `eJudge` is table mode.
@@ -47,24 +50,27 @@ public:
     /// Sets the mode and nothing else.
     void SetMode(EMode mode) { mode_ = mode; }
 
-    /// Rewrites the whole table: the listed triangles are marked removed, the others numbered in order.
+    /// Rewrites the whole table: the listed triangles are marked removed, the others numbered in
+    /// order.
     ///
     /// Mode, cursor and the next new number of judging stay.
     ///
-    /// - Shape: triangle numbers in any order, repeated or not; numbers beyond the table are ignored.
+    /// - Shape: triangle numbers in any order, repeated or not; numbers beyond the table are
+    ///   ignored.
     /// - Complexity: linear in the table and the list, no allocation.
     /// - Example: {5, 1, 1} on 6 triangles gives 0, removed, 1, 2, 3, removed.
     void SetDegenTriangles(const std::vector<size_t>& triangles);
 
     /// Moves the cursor to corner 0 of triangle 0 and forgets the last vertex key.
     ///
-    /// - Deliberate: the table and the next new number stay, so a second judging pass numbers on from
-    ///   the first.
+    /// - Deliberate: the table and the next new number stay, so a second judging pass numbers on
+    ///   from the first.
     void ResetIndex();
 
     /// Returns whether any triangle is marked removed.
     ///
-    /// - Deliberate: true for a new judge of at least one triangle, since all marks are set at first.
+    /// - Deliberate: true for a new judge of at least one triangle, since all marks are set at
+    ///   first.
     bool IsExistDegen() const;
 
     /// Answers whether the next triangle goes, and moves the cursor to the one behind it.
@@ -83,17 +89,17 @@ public:
     /// - Deliberate: reads the table in either mode.
     bool operator()(const ON_2dPoint& uv);
 
-    /// Renumbers the triangles around a vertex by the table, drops removed ones, and answers whether
-    /// the vertex repeats the key of the one asked about before.
+    /// Renumbers the triangles around a vertex by the table, drops removed ones, and answers
+    /// whether the vertex repeats the key of the one asked about before.
     ///
     /// - Order: the triangles that stay keep theirs.
-    /// - Result: over vertices sorted by key, true for every repetition of a key; false for the first
-    ///   vertex after `ResetIndex`.
-    /// - Deliberate: table entries are taken as signed, so a new number of 2^31 or above comes out with
-    ///   its upper 32 bits set.
+    /// - Result: over vertices sorted by key, true for every repetition of a key; false for the
+    ///   first vertex after `ResetIndex`.
+    /// - Deliberate: table entries are taken as signed, so a new number of 2^31 or above comes out
+    ///   with its upper 32 bits set.
     /// - Deliberate: the last key is kept as a signed 32-bit number. The first vertex counts as
-    ///   repeated when its key has all 64 bits set, and a key that does not survive the narrowing is
-    ///   never found repeated.
+    ///   repeated when its key has all 64 bits set, and a key that does not survive the narrowing
+    ///   is never found repeated.
     /// - Requires: every listed triangle is below the triangle count.
     bool operator()(MeshVertex& vertex);
 
@@ -120,8 +126,8 @@ private:
         return newTriangleOf_[triangle];
     }
 
-    /// Cuts a list with one triple a triangle, as asking about each in turn and then resetting the index
-    /// would, and leaves the same state behind. Returns whether any went.
+    /// Cuts a list with one triple a triangle, as asking about each in turn and then resetting the
+    /// index would, and leaves the same state behind. Returns whether any went.
     bool Cut(std::vector<TriangleIndex>& triples);
     /// Removes the numbers that, taken as triangle numbers, are marked removed. Moves nothing else.
     void CutByValue(std::vector<size_t>& numbers) const;

@@ -322,6 +322,31 @@ public:
 
     /// @name Deleting triangles and vertices (mesh/DeleteFacetFaces.cpp, DeleteUnusedVertices.cpp)
     /// @{
+    /// Removes the listed triangles and returns how many remain.
+    ///
+    /// Positions, normals, colours and texture-UVs stay, also those that no triangle uses any more;
+    /// `DeleteUnusedVertices` drops unused vertices.
+    ///
+    /// - Shape: `faces` holds triangle numbers, strictly ascending; numbers from the triangle count
+    ///   on are ignored. Each index array loses the entries at these positions, each by its own
+    ///   length.
+    /// - Order: what remains keeps its order.
+    /// - Sharing: cuts the vertex, normal, colour and texture-UV index arrays, and a UV array of
+    ///   exactly three entries a triangle, in place. An index array that serves two roles is cut
+    ///   once. Where texture-UV indices are cut and the UV array is also the texture-UV array, the
+    ///   primitive first gets a UV array of its own through `SetUVArray`.
+    /// - Result: the triangle count after the removal, not the number removed; 0, and nothing
+    ///   touched, when there is no vertex index array. An empty list touches nothing.
+    /// - Deliberate: a number not above the one before it is never matched and blocks those behind
+    ///   it.
+    /// - Deliberate: a UV array of another size stays whole.
+    /// - Requires: `faces` is not itself an array of the mesh.
+    /// - Throws: `boost::bad_get` when `IsNormalPerVertex` or `IsColorPerVertex` is overridden to
+    ///   answer other than the array's form; `std::bad_alloc` when an array's storage shrinks or
+    ///   UVs are copied. Each array is cut or as it was; those cut before stay cut.
+    /// - Complexity: linear in the triangles, calling thread only. Storage less than half full
+    ///   (rounded down) afterwards is reallocated to the exact size, or released when empty.
+    /// - Example: {2, 2, 3} on five triangles removes triangle 2 only and returns 4.
     virtual size_t DeleteFacetFaces(const std::vector<size_t>& faces);
     virtual void DeleteUnusedVertices();
     /// @}
@@ -410,16 +435,16 @@ protected:
     /// @{
     /// Removes the triangles that `judge` gives up, and cuts the other index arrays by its table.
     ///
-    /// Sets the judge's mode, has it answer for each triangle in order from its cursor on, and resets
-    /// its indices; the table tells afterwards what went. To remove triangles of one's own choice,
-    /// call `SetDegenTriangles` first and pass false.
+    /// Sets the judge's mode, has it answer for each triangle in order from its cursor on, and
+    /// resets its indices; the table tells afterwards what went. To remove triangles of one's own
+    /// choice, call `SetDegenTriangles` first and pass false.
     ///
     /// - Shape: with `judgeTriangles`, triangles with a repeated vertex number go and the table is
-    ///   filled; without, those marked in the table go. Per-vertex lists and texture-UV indices lose
-    ///   the triples of the same triangles, counted from table entry 0.
-    /// - Sharing: vertex index, normal index, colour index and texture-UV index array, in place; one
-    ///   that serves two roles is cut once. The others are not fetched when nothing is marked. Storage
-    ///   is kept.
+    ///   filled; without, those marked in the table go. Per-vertex lists and texture-UV indices
+    ///   lose the triples of the same triangles, counted from table entry 0.
+    /// - Sharing: vertex index, normal index, colour index and texture-UV index array, in place;
+    ///   one that serves two roles is cut once. The others are not fetched when nothing is marked.
+    ///   Storage is kept.
     /// - Result: false, and nothing done, when there is no vertex index array; otherwise true.
     /// - Deliberate: a per-triangle list loses the entries whose value is the number of a removed
     ///   triangle, wherever they stand.
@@ -464,22 +489,24 @@ public:
 
     /// @name Degenerate triangles (mesh/RemoveDegenerateMesh.cpp)
     /// @{
-    /// Removes the triangles that name a vertex twice, such as joining equal vertices leaves behind.
+    /// Removes the triangles that name a vertex twice, such as joining equal vertices leave behind.
     ///
-    /// Their vertices stay; `DeleteUnusedVertices` drops those that are no longer used. Triangles of
-    /// zero area with three different vertex numbers stay.
+    /// Their vertices stay; `DeleteUnusedVertices` drops those that are no longer used. Triangles
+    /// of zero area with three different vertex numbers stay.
     ///
     /// - Order: the remaining triangles keep theirs.
-    /// - Sharing: vertex index, normal index, colour index and texture-UV index array, in place; one
-    ///   that serves two roles is cut once. Storage is kept, and numbers in the arrays are not changed.
-    /// - Result: false when there is no vertex index array; otherwise true, whether or not a triangle
-    ///   went.
+    /// - Sharing: vertex index, normal index, colour index and texture-UV index array, in place;
+    ///   one that serves two roles is cut once. Storage is kept, and numbers in the arrays are not
+    ///   changed.
+    /// - Result: false when there is no vertex index array; otherwise true, whether or not a
+    ///   triangle went.
     /// - Deliberate: a per-triangle list of normals or colours loses the entries whose value is the
     ///   number of a removed triangle, wherever they stand.
     /// - Requires: numbers in per-triangle lists are below the triangle count.
     /// - Throws: `std::bad_alloc`, and nothing has changed; `boost::bad_get` as
     ///   `OnRemoveDegenerateMesh`.
-    /// - Complexity: linear in the triangles; four bytes a triangle for the table; calling thread only.
+    /// - Complexity: linear in the triangles; four bytes a triangle for the table; calling thread
+    ///   only.
     /// - Example: {0,1,2}, {3,3,4}, {5,6,7} becomes {0,1,2}, {5,6,7}.
     bool RemoveDegenerateMesh();
     /// @}

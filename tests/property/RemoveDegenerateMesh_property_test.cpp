@@ -1,5 +1,5 @@
-// The judge and the removal of degenerate triangles against slow models, on random meshes and random
-// questions.
+// The judge and the removal of degenerate triangles against slow models, on random meshes and
+// random questions.
 
 #include <gtest/gtest.h>
 
