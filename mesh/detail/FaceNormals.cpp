@@ -36,18 +36,6 @@ void SetEdge(VectorBlock& edges, size_t i, const ON_3dVector& edge) {
     edges.z[i] = edge.z;
 }
 
-// The side of a corner that leads back is the edge before it, reversed. Reversing is exact, so the
-// sign stands outside; the length is that of the edge.
-void SetCosines(AngleBlock& block, size_t corner) {
-    const size_t before = (corner + 2) % 3;
-    const VectorBlock& next = block.edges[corner];
-    const VectorBlock& back = block.edges[before];
-    for (size_t i = 0; i < kBlock; ++i) {
-        const double dot = next.x[i] * back.x[i] + next.y[i] * back.y[i] + next.z[i] * back.z[i];
-        block.cosines[corner][i] = -dot / block.lengths[corner][i] / block.lengths[before][i];
-    }
-}
-
 double AngleOf(double cosine) {
     if (cosine >= 1.0)
         return 0.0;
@@ -57,13 +45,18 @@ double AngleOf(double cosine) {
 void SetAngles(AngleBlock& block, size_t count, AngleFace* faces) {
     for (size_t edge = 0; edge < 3; ++edge)
         LengthsOf(block.edges[edge], block.lengths[edge]);
-    for (size_t corner = 0; corner < 3; ++corner)
-        SetCosines(block, corner);
+    for (size_t corner = 0; corner < 3; ++corner) {
+        const size_t before = (corner + 2) % 3;
+        CosinesOf(block.edges[corner], block.lengths[corner], block.edges[before],
+                  block.lengths[before], block.cosines[corner]);
+    }
     for (size_t i = 0; i < count; ++i) {
         for (size_t corner = 0; corner < 3; ++corner) {
             const bool hasSides =
                 block.lengths[corner][i] != 0.0 && block.lengths[(corner + 2) % 3][i] != 0.0;
-            faces[i].angles[corner] = hasSides ? AngleOf(block.cosines[corner][i]) : 0.0;
+            // The side that leads back is the edge before the corner, reversed: that changes no
+            // length, and the sign of the cosine alone.
+            faces[i].angles[corner] = hasSides ? AngleOf(-block.cosines[corner][i]) : 0.0;
         }
     }
 }
