@@ -26,20 +26,6 @@ void VraMeshPrimitive::DeleteUnusedVertices(
     AfxThrowNotSupportedException();
 }
 
-// mesh/Transform.cpp
-
-bool VraMeshPrimitive::Transform(const ON_Xform&, std::set<void*>&) {
-    AfxThrowNotSupportedException();
-}
-
-bool VraMeshPrimitive::Scale(double) {
-    AfxThrowNotSupportedException();
-}
-
-void VraMeshPrimitive::ReverseFaces(bool) {
-    AfxThrowNotSupportedException();
-}
-
 // mesh/MergeSameVertex.cpp
 
 void VraMeshPrimitive::MergeSameData() {

@@ -353,7 +353,26 @@ public:
 
     /// @name Transforms (mesh/Transform.cpp)
     /// @{
+    /// Transforms points and normals, each array once for all primitives that are walked with `done`.
+    ///
+    /// Points go through `xf`, divided by their weight; normals through the transposed inverse, and
+    /// come out as unit vectors.
+    ///
+    /// - Sharing: vertex and normal array, in place. An array whose address is in `done` is left as
+    ///   it is; the others are added. Its address must stay its own while the set is in use.
+    /// - Result: false when there are normals to transform and `xf` has no inverse; true otherwise.
+    /// - Deliberate: the normals go first. On false nothing was transformed, but the address of the
+    ///   normal array is in `done`; without normals a singular `xf` is applied.
+    /// - Throws: `std::bad_alloc` from the set; the array in question is as it was.
+    /// - Complexity: linear in points and normals, no memory, calling thread only.
+    /// - Source: Turkowski, "Properties of surface-normal transformations", 1990.
     virtual bool Transform(const ON_Xform& xf, std::set<void*>& done);
+    /// Multiplies every point by `factor`; normals stay as they are.
+    ///
+    /// - Sharing: vertex array, in place, at every call: an array of two primitives that are both
+    ///   scaled is scaled twice.
+    /// - Result: always true.
+    /// - Complexity: linear in the points, no memory, calling thread only.
     virtual bool Scale(double factor);
     /// @}
 
@@ -513,6 +532,16 @@ public:
 
     /// @name Transforms (mesh/Transform.cpp)
     /// @{
+    /// Turns every triangle over by swapping its second and third corner.
+    ///
+    /// - Sharing: vertex index and texture-UV index array, and normal and colour index array where
+    ///   they have the per-vertex form, in place; with `reverseNormals` also the normal array, whose
+    ///   vectors are negated.
+    /// - Deliberate: each role is swapped for itself, so an array that serves two roles, or two
+    ///   primitives that are both reversed, is swapped twice and comes out as it was.
+    /// - Throws: `boost::bad_get` where an override says per-vertex form and the array holds the
+    ///   other; arrays before it in the order vertex, normal, colour, texture-UV are swapped.
+    /// - Complexity: linear, no memory, calling thread only.
     void ReverseFaces(bool reverseNormals);
     /// @}
 
