@@ -5,16 +5,6 @@
 
 namespace Vr {
 
-// mesh/SetDataAsConeCylinder.cpp
-
-bool VraMeshPrimitive::SetDataAsCone(const ON_3dPoint&, const ON_3dPoint&, double, size_t) {
-    AfxThrowNotSupportedException();
-}
-
-bool VraMeshPrimitive::SetDataAsCylinder(const ON_3dPoint&, const ON_3dPoint&, double, size_t) {
-    AfxThrowNotSupportedException();
-}
-
 // mesh/DeleteUnusedVertices.cpp
 
 void VraMeshPrimitive::DeleteUnusedVertices() {

@@ -309,8 +309,37 @@ public:
     /// - Deliberate: the second triangle of the back side starts at vertex 6, not at 2 as the first.
     /// - Throws: `std::bad_alloc`; handles replaced by then keep their new arrays.
     virtual bool SetDataAsBox(const ON_BoundingBox& box);
+    /// Replaces the geometry with a fan from the second point over a ring of `segmentCount` vertices,
+    /// closed by a fan from the first point.
+    ///
+    /// - Shape: segmentCount + 2 vertices and as many normals, 2 * segmentCount triangles, normal
+    ///   indices in the per-vertex form. Sides have a normal a vertex, the cap has normal 1.
+    /// - Order: vertex 0 is the second point with the normal along the axis, vertex 1 the first point
+    ///   with the opposite one, then the ring, at angles of k * 2 pi / segmentCount; triangles of the
+    ///   side, then of the cap.
+    /// - Sharing: installs new vertex, normal, vertex index and normal index arrays and empties the
+    ///   colour and colour index handles; texture arrays and the crease angle stay. Arrays held
+    ///   before are left unchanged to their other holders.
+    /// - Result: false, and nothing changed, for fewer than three segments; otherwise true, also for
+    ///   coincident points and radii that are not positive.
+    /// - Deliberate: all ring vertices lie on the first point, because distances on an `ON_Cone` count
+    ///   from its apex; only the ring normals are those of a cone of the radius.
+    /// - Throws: `std::bad_alloc`; handles replaced by then keep their new arrays.
+    /// - Complexity: linear in the segments, calling thread only.
     virtual bool SetDataAsCone(const ON_3dPoint& first, const ON_3dPoint& second, double radius,
                                size_t segmentCount);
+    /// Replaces the geometry with a cylinder around the axis from the first to the second point.
+    ///
+    /// - Shape: 2 * segmentCount + 2 vertices, segmentCount + 2 normals, 4 * segmentCount triangles,
+    ///   normal indices in the per-vertex form. Both rings have the normals of the first.
+    /// - Order: vertices 0 and 1 and their normals as in `SetDataAsCone`, then the ring at the first
+    ///   point, then the ring at the second; two side triangles a segment, the first cap, the second.
+    /// - Sharing: as `SetDataAsCone`.
+    /// - Result: as `SetDataAsCone`.
+    /// - Deliberate: the second cap is a fan from the first point too, with the normal of the second;
+    ///   no triangle uses vertex 0.
+    /// - Throws: `std::bad_alloc`; handles replaced by then keep their new arrays.
+    /// - Complexity: linear in the segments, calling thread only.
     virtual bool SetDataAsCylinder(const ON_3dPoint& first, const ON_3dPoint& second, double radius,
                                    size_t segmentCount);
     /// @}
