@@ -44,7 +44,7 @@ size_t EntryOf(Member member) {
 
 std::vector<const void*> TableOf(const CObject& object) {
     const void* const* table = nullptr;
-    std::memcpy(&table, &object, sizeof table);
+    std::memcpy(&table, static_cast<const void*>(&object), sizeof table);
     return std::vector<const void*>(table, table + kEntryCount);
 }
 

@@ -88,7 +88,7 @@ class ArrayAccessors : public ::testing::Test {};
 using AllRoles =
     ::testing::Types<VertexRole, NormalRole, ColorRole, VertexIndexRole, NormalIndexRole,
                      ColorIndexRole, TextureUVIndexRole, UVRole, TextureUVRole>;
-TYPED_TEST_SUITE(ArrayAccessors, AllRoles);
+TYPED_TEST_SUITE(ArrayAccessors, AllRoles, );
 
 TYPED_TEST(ArrayAccessors, GettersAnswerTheVeryArrayThatWasSet) {
     const Mesh mesh = NewPrimitive();

@@ -172,7 +172,7 @@ TEST(IndexArrayOperators, ReserveExactlyTheCount) {
 template <class Value>
 class IndexModeCheck : public ::testing::Test {};
 using IndexTypes = ::testing::Types<TriangleIndex, IndexArray>;
-TYPED_TEST_SUITE(IndexModeCheck, IndexTypes);
+TYPED_TEST_SUITE(IndexModeCheck, IndexTypes, );
 
 TYPED_TEST(IndexModeCheck, TheWrongDirectionThrowsWithTheFilesName) {
     MemoryFile file(Bytes(40, 7));

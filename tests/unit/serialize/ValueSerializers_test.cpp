@@ -256,7 +256,7 @@ template <class Value>
 class ModeCheck : public ::testing::Test {};
 
 using ValueTypes = ::testing::Types<std::wstring, ON_2dPoint, ON_Color>;
-TYPED_TEST_SUITE(ModeCheck, ValueTypes);
+TYPED_TEST_SUITE(ModeCheck, ValueTypes, );
 
 TYPED_TEST(ModeCheck, StoringWhileLoadingThrowsReadOnlyWithTheFilesName) {
     MemoryFile file(Bytes(40, 7));
