@@ -220,10 +220,14 @@ std::shared_ptr<VraMesh::NormalArray> Importer::ReadNormals(const aiMesh& source
 void CheckFaces(const aiScene& scene, const std::filesystem::path& path) {
     for (unsigned int meshNumber = 0; meshNumber < scene.mNumMeshes; ++meshNumber) {
         const aiMesh& mesh = *scene.mMeshes[meshNumber];
-        for (unsigned int face = 0; face < mesh.mNumFaces; ++face)
+        for (unsigned int face = 0; face < mesh.mNumFaces; ++face) {
+            // A file cut short leaves such faces, and the triangulation would end the process.
+            if (mesh.mFaces[face].mNumIndices == 0)
+                throw Failure(path, "damaged model: a face has no corners");
             for (unsigned int corner = 0; corner < mesh.mFaces[face].mNumIndices; ++corner)
                 if (mesh.mFaces[face].mIndices[corner] >= mesh.mNumVertices)
                     throw Failure(path, "damaged model: a vertex number is out of range");
+        }
     }
 }
 

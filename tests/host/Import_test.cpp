@@ -227,6 +227,13 @@ TEST_F(Import, AVertexNumberOutOfRangeFailsBeforeItIsUsed) {
                   Path("bad.ply"), "damaged model: a vertex number is out of range");
 }
 
+TEST_F(Import, AFaceWithoutCornersFailsBeforeItIsTriangulated) {
+    std::string model(CubePly());
+    model.replace(model.rfind("4 4 5 6 7"), 9, "0");
+    ExpectFailure(RunHost({"import", Write("bad.ply", model), "-o", Path("bad.vrd")}),
+                  Path("bad.ply"), "damaged model: a face has no corners");
+}
+
 TEST_F(Import, SeveralModelsMakeOneDocumentInTheirOrder) {
     ExpectSuccess(RunHost({"import", Write("cube.ply", CubePly()),
                            Write("one.obj", "v 0 0 5\nv 1 0 5\nv 0 1 5\nf 1 2 3\n"), "-o",
