@@ -53,8 +53,13 @@ int ShareFlags(UINT openFlags) {
 
 int OpenDescriptor(LPCTSTR fileName, UINT openFlags) {
     int descriptor = -1;
-    const auto result = _tsopen_s(&descriptor, fileName, SystemFlags(openFlags),
-                                  ShareFlags(openFlags), _S_IREAD | _S_IWRITE);
+#if defined(UNICODE)
+    const auto open = _wsopen_s;
+#else
+    const auto open = _sopen_s;
+#endif
+    const auto result = open(&descriptor, fileName, SystemFlags(openFlags), ShareFlags(openFlags),
+                             _S_IREAD | _S_IWRITE);
     if (result != 0) {
         errno = result;
     }
