@@ -53,13 +53,12 @@ class VERIDANE_AFX CFile : public CObject {
     /// Closes a file that this object opened. An error is lost; call `Close()` to hear of it.
     ~CFile() override;
 
-    /// Opens a file at position 0.
+    /// Opens a file at position 0. A file that is open is closed first, as by `Abort`.
     ///
     /// - Result: FALSE when it cannot be opened, with the reason in `*error` where given; on
     /// success
     ///   `*error` stays as it was. Never throws. A missing file is fileNotFound, a missing folder
     ///   on the way to it badPath; a folder itself is refused with accessDenied.
-    /// - Requires: no file is open; one that is open is closed without a word.
     virtual BOOL Open(LPCTSTR fileName, UINT openFlags, CFileException* error = nullptr);
 
     /// Reads up to `count` bytes at the position.
@@ -130,7 +129,8 @@ class VERIDANE_AFX CFile : public CObject {
     static void PASCAL Remove(LPCTSTR fileName);
     /// Gives a file another name or place.
     ///
-    /// - Throws: CFileException, also when a file of the new name exists: nothing is replaced.
+    /// - Throws: CFileException, also when a file of the new name exists: nothing is replaced. Outside
+    ///   Windows looking and renaming are two steps.
     static void PASCAL Rename(LPCTSTR oldName, LPCTSTR newName);
 
     /// The open file or `hFileNull`.

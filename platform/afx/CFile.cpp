@@ -77,7 +77,6 @@ CFile::~CFile() {
 }
 
 BOOL CFile::Open(LPCTSTR fileName, UINT openFlags, CFileException* error) try {
-    ASSERT(m_hFile == hFileNull);
     CFile::Abort();
     if (fileName == nullptr) {
         ReportFailure(error, CFileException::badPath, EINVAL, nullptr);

@@ -99,15 +99,7 @@ bool RemoveFile(LPCTSTR fileName) {
 }
 
 bool RenameFile(LPCTSTR oldName, LPCTSTR newName) {
-#if defined(RENAME_NOREPLACE)
-    if (renameat2(AT_FDCWD, oldName, AT_FDCWD, newName, RENAME_NOREPLACE) == 0) {
-        return true;
-    }
-    if (errno != EINVAL && errno != ENOSYS) {
-        return false;
-    }
-#endif
-    // A file system without the call: the look before the leap leaves a moment between the two.
+    // The system's own call would replace the other file.
     struct stat status;
     if (lstat(newName, &status) == 0) {
         errno = EEXIST;

@@ -243,6 +243,16 @@ TEST(CFileSystem, DestructorClosesWhatItOpenedAndNothingElse) {
     EXPECT_EQ(-1, fcntl(lent, F_GETFD));
 }
 
+TEST(CFileSystem, OpeningAnotherFileClosesTheFirst) {
+    const TemporaryFolder folder;
+    CFile file(folder.Create("a", "x").c_str(), CFile::modeRead);
+    const int first = DescriptorOf(file);
+    // A failing open cannot take the number of the descriptor it closes.
+    EXPECT_FALSE(file.Open(folder.PathOf("missing").c_str(), CFile::modeRead));
+    EXPECT_EQ(-1, fcntl(first, F_GETFD));
+    EXPECT_EQ(CFile::hFileNull, file.m_hFile);
+}
+
 TEST(CFileSystem, NoInheritClosesTheFileInOtherPrograms) {
     const TemporaryFolder folder;
     const std::string path = folder.Create("a", "x");
