@@ -5,7 +5,7 @@
 
 #include "AfxArchive.h"
 #include "AfxExceptions.h"
-#include "ArchiveTables.h"
+#include "detail/ArchiveTables.h"
 
 namespace {
 

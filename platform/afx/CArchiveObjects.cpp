@@ -6,8 +6,8 @@
 
 #include "AfxArchive.h"
 #include "AfxExceptions.h"
-#include "ArchiveTables.h"
-#include "ClassRegistry.h"
+#include "detail/ArchiveTables.h"
+#include "detail/ClassRegistry.h"
 
 namespace {
 

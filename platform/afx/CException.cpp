@@ -6,7 +6,7 @@
 #include <new>
 #include <string>
 
-#include "ErrorMessage.h"
+#include "detail/ErrorMessage.h"
 
 IMPLEMENT_DYNAMIC(CException, CObject)
 IMPLEMENT_DYNAMIC(CSimpleException, CException)

@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "AfxFile.h"
-#include "FileDescriptor.h"
+#include "detail/FileDescriptor.h"
 
 IMPLEMENT_DYNAMIC(CFile, CObject)
 

@@ -2,7 +2,7 @@
 #include <cerrno>
 
 #include "AfxExceptions.h"
-#include "ErrorMessage.h"
+#include "detail/ErrorMessage.h"
 
 IMPLEMENT_DYNAMIC(CFileException, CException)
 

@@ -5,7 +5,7 @@
 
 #include "AfxExceptions.h"
 #include "AfxObject.h"
-#include "ClassRegistry.h"
+#include "detail/ClassRegistry.h"
 
 CObject* CRuntimeClass::CreateObject() {
     if (m_pfnCreateObject == nullptr) {

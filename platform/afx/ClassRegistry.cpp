@@ -1,7 +1,7 @@
 // Lists run through the records themselves (`m_pNextClass`), newest first, so registering needs no
 // memory. A class belongs to the module that holds the text of its name: the record itself may have
 // been copied into the executable, the text never is.
-#include "ClassRegistry.h"
+#include "detail/ClassRegistry.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // The public face of the registry for modules that join a host.
 #include <new>
 
-#include "ClassRegistry.h"
 #include "afxwin.h"
+#include "detail/ClassRegistry.h"
 
 IMPLEMENT_DYNAMIC(CCmdTarget, CObject)
 IMPLEMENT_DYNAMIC(CDynLinkLibrary, CCmdTarget)

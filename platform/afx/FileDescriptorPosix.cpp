@@ -8,7 +8,7 @@
 #include <cstdio>
 
 #include "AfxFile.h"
-#include "FileDescriptor.h"
+#include "detail/FileDescriptor.h"
 
 static_assert(sizeof(off_t) == 8, "files are larger than 2 GiB");
 

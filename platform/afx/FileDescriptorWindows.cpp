@@ -9,7 +9,7 @@
 #include <cstdio>
 
 #include "AfxFile.h"
-#include "FileDescriptor.h"
+#include "detail/FileDescriptor.h"
 
 namespace afx::detail {
 

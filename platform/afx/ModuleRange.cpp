@@ -1,5 +1,5 @@
 // The loader is asked for its list of modules; each names the segments it has mapped.
-#include "ModuleRange.h"
+#include "detail/ModuleRange.h"
 
 #if defined(_WIN32)
 #include <windows.h>
