@@ -16,26 +16,6 @@ void VraMeshPrimitive::DeleteUnusedVertices(
     AfxThrowNotSupportedException();
 }
 
-// mesh/MergeSameVertex.cpp
-
-void VraMeshPrimitive::MergeSameData() {
-    AfxThrowNotSupportedException();
-}
-
-void VraMeshPrimitive::OnMergeSameVertex() {
-    AfxThrowNotSupportedException();
-}
-
-// mesh/MergeSameNormalColor.cpp
-
-void VraMeshPrimitive::OnMergeSameNormal() {
-    AfxThrowNotSupportedException();
-}
-
-void VraMeshPrimitive::OnMergeSameColor() {
-    AfxThrowNotSupportedException();
-}
-
 // mesh/Merge.cpp
 
 bool VraMeshPrimitive::Merge(boost::intrusive_ptr<VraMeshPrimitive>,

@@ -346,6 +346,12 @@ public:
 
     /// @name Joining equal data (mesh/MergeSameVertex.cpp)
     /// @{
+    /// Joins equal vertices, then equal normals, then equal colours.
+    ///
+    /// Runs `OnMergeSameVertex`, `OnMergeSameNormal` and `OnMergeSameColor`, in this order and each
+    /// in any case. Triangles whose corners fell together stay; `RemoveDegenerateMesh` removes them.
+    ///
+    /// - Throws: what a step throws; the steps before it are done, it and those after it are not.
     virtual void MergeSameData();
     /// @}
 
@@ -474,8 +480,48 @@ public:
 protected:
     /// @name Steps of `MergeSameData` (mesh/MergeSameVertex.cpp, mesh/MergeSameNormalColor.cpp)
     /// @{
+    /// Joins vertices at exactly equal positions, and with equal texture coordinates where the
+    /// texture-UV array is there and not empty.
+    ///
+    /// Afterwards the vertices stand in ascending order and only used ones remain. The texture-UV
+    /// array counts as one entry a vertex here and is reordered with the positions.
+    ///
+    /// - Shape: every corner c becomes newVertexOf[c], and its position compares equal to what it
+    ///   was. Triangles are neither removed nor reordered.
+    /// - Order: ascending by x, y, z, then by u, v. +0.0 and -0.0 are equal; where vertices that
+    ///   fall together differ in them, the bits of the one used first stay.
+    /// - Sharing: vertex array, texture-UV array and vertex index array, in place. Another primitive
+    ///   with the same vertex array but triangles of its own is left with outdated numbers.
+    /// - Result: nothing happens when the vertex array or the vertex index array is missing.
+    /// - Deliberate: normals, colours, UVs and texture-UV indices keep their order, also those that
+    ///   a host holds one a vertex.
+    /// - Throws: std::out_of_range "invalid vector subscript" for a vertex number that is not below
+    ///   the size of each of the arrays read, std::bad_alloc; nothing has changed then.
+    /// - Complexity: linear in corners and vertices, n log n in the distinct vertices at worst;
+    ///   calling thread only. Positions with NaN have no place in the order: where they and others
+    ///   end up is not defined, but every number stays in range.
+    /// - Example: positions (1,0,0), (0,5,5), (1,0,0) with triangle {0,1,2} become (0,5,5), (1,0,0)
+    ///   with {1,0,1}.
     virtual void OnMergeSameVertex();
+
+    /// Joins exactly equal normals.
+    ///
+    /// - Shape: the normal index array keeps its form and length; each of its numbers n becomes
+    ///   newNormalOf[n]. Normals that it does not use are dropped.
+    /// - Order: ascending by x, y, z; zeros as for `OnMergeSameVertex`.
+    /// - Sharing: normal array and normal index array, in place; nothing else is read.
+    /// - Result: nothing happens when one of the two is missing.
+    /// - Throws: std::out_of_range "invalid vector subscript" for a number that is not below the
+    ///   normal count, `boost::bad_get` when the index array is not of the form that
+    ///   `IsNormalPerVertex` tells, std::bad_alloc; nothing has changed then.
+    /// - Complexity: as `OnMergeSameVertex`, NaN included.
+    /// - Example: normals {a, b, a} with numbers {2, 0, 2} become {a} with {0, 0, 0}.
     virtual void OnMergeSameNormal();
+
+    /// Joins equal colours, as `OnMergeSameNormal` does normals.
+    ///
+    /// - Order: ascending by the packed value, unsigned.
+    /// - Sharing: colour array and colour index array, in place; nothing else is read.
     virtual void OnMergeSameColor();
     /// @}
 

@@ -12,6 +12,10 @@ void ThrowStringTooLong() {
     throw std::length_error("string too long");
 }
 
+void ThrowUnorderedMapTooLong() {
+    throw std::length_error("unordered_map/set too long");
+}
+
 void ThrowInvalidSubscript() {
     throw std::out_of_range("invalid vector subscript");
 }

@@ -9,6 +9,8 @@ namespace Vr::detail {
 [[noreturn]] void ThrowVectorTooLong();
 /// Throws `std::length_error` "string too long".
 [[noreturn]] void ThrowStringTooLong();
+/// Throws `std::length_error` "unordered_map/set too long".
+[[noreturn]] void ThrowUnorderedMapTooLong();
 /// Throws `std::out_of_range` "invalid vector subscript".
 [[noreturn]] void ThrowInvalidSubscript();
 /// Throws `std::runtime_error` "conrer index not found".

@@ -1,0 +1,293 @@
+/// Exact merging of the values that an index array uses: the distinct values in ascending order, and
+/// every number of the index array turned into the number of its value.
+///
+/// Values that occur often are first brought together by a hash table, so that only distinct ones
+/// are sorted. Where a sample shows that hardly any value repeats, the table is left out.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "mesh/detail/Throw.h"
+#include "mesh/detail/ValueOrder.h"
+#include "mesh/detail/ValuePool.h"
+#include "mesh/detail/ValueSort.h"
+
+namespace Vr::detail {
+
+/// The used ones among the values of an array.
+template <class Values, class Number>
+class UsedValues {
+public:
+    /// `isUsed[number]` is 1 for a used value and 0 for another; null when all are used.
+    UsedValues(const Values& values, size_t valueCount, size_t usedCount, const uint8_t* isUsed)
+        : values_(values),
+          valueCount_(valueCount),
+          usedCount_(usedCount),
+          isUsed_(usedCount < valueCount ? isUsed : nullptr) {}
+
+    [[nodiscard]] size_t Count() const { return usedCount_; }
+    [[nodiscard]] auto ValueOf(Number number) const { return values_[number]; }
+
+    /// Calls `body(const Number* numbers, size_t count)` for blocks of used numbers, ascending, at
+    /// most `kBlockSize` at a time, until it returns false.
+    static constexpr size_t kBlockSize = 512;
+    template <class Body>
+    void ForEachBlock(const Body& body) const {
+        Number numbers[kBlockSize];
+        for (size_t begin = 0; begin < valueCount_; begin += kBlockSize) {
+            const size_t blockSize = std::min(kBlockSize, valueCount_ - begin);
+            size_t count = 0;
+            if (isUsed_) {
+                for (size_t i = 0; i < blockSize; ++i) {
+                    numbers[count] = static_cast<Number>(begin + i);
+                    count += isUsed_[begin + i];
+                }
+            } else {
+                for (; count < blockSize; ++count)
+                    numbers[count] = static_cast<Number>(begin + count);
+            }
+            if (count > 0 && !body(numbers, count))
+                return;
+        }
+    }
+
+private:
+    const Values& values_;
+    size_t valueCount_;
+    size_t usedCount_;
+    const uint8_t* isUsed_;
+};
+
+/// Takes values in ascending order and gives equal ones the same new number.
+template <class Value, class Number>
+class DistinctValues {
+public:
+    /// - Requires: `newNumberOf` has an entry for every number that comes.
+    DistinctValues(size_t greatestCount, Number* newNumberOf)
+        : values_(greatestCount), newNumberOf_(newNumberOf) {}
+
+    void operator()(const NumberedValue<Value>* run, size_t count) {
+        for (size_t i = 0; i < count; ++i) {
+            const Value& value = run[i].value;
+            if (count_ == 0 || !AreEqual(values_[count_ - 1], value))
+                values_[count_++] = value;
+            else if (!HaveSameBits(values_[count_ - 1], value))
+                hasMixedZeros_ = true;
+            newNumberOf_[run[i].number] = static_cast<Number>(count_ - 1);
+        }
+    }
+
+    [[nodiscard]] bool HasMixedZeros() const { return hasMixedZeros_; }
+    /// Returns the distinct values in an array of their own size.
+    [[nodiscard]] std::vector<Value> Take() {
+        if (count_ < values_.size())
+            return std::vector<Value>(values_.begin(),
+                                      values_.begin() + static_cast<std::ptrdiff_t>(count_));
+        return std::move(values_);
+    }
+
+private:
+    std::vector<Value> values_;
+    size_t count_ = 0;
+    Number* newNumberOf_;
+    bool hasMixedZeros_ = false;
+};
+
+template <class Value, class Number, class Source>
+void SortDistinct(const Source& source, DistinctValues<Value, Number>& distinct) {
+    bool isAscending = true;
+    Value last;
+    bool isFirst = true;
+    source.ForEachBlock([&](const Number* numbers, size_t count) {
+        for (size_t i = 0; i < count && isAscending; ++i) {
+            const Value value = source.ValueOf(numbers[i]);
+            isAscending = isFirst || !IsLessFrom<0>(value, last);
+            isFirst = false;
+            last = value;
+        }
+        return isAscending;
+    });
+    if (isAscending) {
+        source.ForEachBlock([&](const Number* numbers, size_t count) {
+            for (size_t i = 0; i < count; ++i) {
+                const NumberedValue<Value> item = {source.ValueOf(numbers[i]), numbers[i]};
+                distinct(&item, 1);
+            }
+            return true;
+        });
+    } else {
+        ValueSorter<Value, Number, DistinctValues<Value, Number>>(distinct).Sort(source);
+    }
+}
+
+/// One array of values as `MergeEqual` takes it.
+template <class Element>
+class ArrayRole {
+public:
+    using Value = Element;
+
+    explicit ArrayRole(std::vector<Value>& values) : values_(values) {}
+
+    [[nodiscard]] size_t Count() const { return values_.size(); }
+    [[nodiscard]] const Value& operator[](size_t number) const { return values_[number]; }
+    void Exchange(std::vector<Value>& merged) const { values_.swap(merged); }
+
+private:
+    std::vector<Value>& values_;
+};
+
+/// The merge itself, with `Number` wide enough for the numbers of the values; see `MergeEqual`.
+template <class Number, class Role>
+class ExactMerge {
+public:
+    using Value = typename Role::Value;
+
+    ExactMerge(const Role& role, size_t* numbers, size_t numberCount)
+        : role_(role), numbers_(numbers), numberCount_(numberCount), valueCount_(role.Count()) {}
+
+    void Run() {
+        MarkUsed();
+        const UsedValues<Role, Number> used(role_, valueCount_, usedCount_, isUsed_.get());
+        newNumberOf_.reset(new Number[valueCount_]);
+        {
+            ValuePool<Value, Number> pool(usedCount_ / kExpectedUses);
+            if (AddToPool(used, pool)) {
+                MergePooled(pool);
+                return;
+            }
+        }
+        MergeUsed(used);
+    }
+
+private:
+    // In a mesh whose triangles have vertices of their own each position comes six times.
+    static constexpr size_t kExpectedUses = 5;
+    // A sample of this share of the used values decides whether the pool is worth its cost.
+    static constexpr size_t kSampleShare = 16;
+    static constexpr size_t kSmallestSample = 1024;
+    static constexpr size_t kFewestRepeats = 32;  // One in so many.
+
+    void MarkUsed() {
+        isUsed_.reset(new uint8_t[valueCount_]());
+        for (size_t i = 0; i < numberCount_; ++i) {
+            if (numbers_[i] >= valueCount_)
+                ThrowInvalidSubscript();
+            isUsed_[numbers_[i]] = 1;
+        }
+        for (size_t number = 0; number < valueCount_; ++number)
+            usedCount_ += isUsed_[number];
+    }
+
+    // Afterwards newNumberOf_ gives the numbers of the pool. Returns false when it gave up.
+    bool AddToPool(const UsedValues<Role, Number>& used, ValuePool<Value, Number>& pool) {
+        const size_t sampleSize = std::max(kSmallestSample, usedCount_ / kSampleShare);
+        size_t addedCount = 0;
+        bool isWorthIt = true;
+        used.ForEachBlock([&](const Number* numbers, size_t count) {
+            Number poolNumbers[UsedValues<Role, Number>::kBlockSize];
+            pool.FindOrAdd(
+                count, [&](size_t i) { return used.ValueOf(numbers[i]); }, poolNumbers);
+            for (size_t i = 0; i < count; ++i)
+                newNumberOf_[numbers[i]] = poolNumbers[i];
+            const bool wasSampled = addedCount >= sampleSize;
+            addedCount += count;
+            if (!wasSampled && addedCount >= sampleSize)
+                isWorthIt = addedCount - pool.Count() >= addedCount / kFewestRepeats;
+            return isWorthIt;
+        });
+        return isWorthIt;
+    }
+
+    void MergePooled(ValuePool<Value, Number>& pool) {
+        pool.ReleaseTable();
+        const bool hasMixedZeros = pool.HasMixedZeros();
+        const std::vector<Value> values = pool.TakeValues();
+        const size_t count = values.size();
+        const std::unique_ptr<Number[]> rankOf(new Number[count]);
+        DistinctValues<Value, Number> distinct(count, rankOf.get());
+        SortDistinct<Value, Number>(
+            UsedValues<std::vector<Value>, Number>(values, count, count, nullptr), distinct);
+        const Number* const poolNumberOf = newNumberOf_.get();
+        Finish(distinct, hasMixedZeros,
+               [&](size_t number) { return rankOf[poolNumberOf[number]]; });
+    }
+
+    void MergeUsed(const UsedValues<Role, Number>& used) {
+        DistinctValues<Value, Number> distinct(usedCount_, newNumberOf_.get());
+        SortDistinct<Value, Number>(used, distinct);
+        const Number* const newNumberOf = newNumberOf_.get();
+        Finish(distinct, distinct.HasMixedZeros(),
+               [=](size_t number) { return newNumberOf[number]; });
+    }
+
+    template <class NumberOf>
+    void Finish(DistinctValues<Value, Number>& distinct, bool hasMixedZeros,
+                const NumberOf& newNumberOf) {
+        std::vector<Value> values = distinct.Take();
+        if (hasMixedZeros)
+            RestoreFirstUsed(values, newNumberOf);
+        role_.Exchange(values);
+        for (size_t i = 0; i < numberCount_; ++i)
+            numbers_[i] = newNumberOf(numbers_[i]);
+    }
+
+    // Of values that differ by signs of zeros the first used one stands for all.
+    template <class NumberOf>
+    void RestoreFirstUsed(std::vector<Value>& values, const NumberOf& newNumberOf) {
+        std::fill(isUsed_.get(), isUsed_.get() + values.size(), uint8_t{0});
+        for (size_t i = 0; i < numberCount_; ++i) {
+            const size_t newNumber = newNumberOf(numbers_[i]);
+            if (isUsed_[newNumber])
+                continue;
+            isUsed_[newNumber] = 1;
+            values[newNumber] = role_[numbers_[i]];
+        }
+    }
+
+    const Role& role_;
+    size_t* numbers_;
+    size_t numberCount_;
+    size_t valueCount_;
+    size_t usedCount_ = 0;
+    std::unique_ptr<uint8_t[]> isUsed_;
+    std::unique_ptr<Number[]> newNumberOf_;
+};
+
+template <class Role>
+void MergeEqual(const Role& role, size_t* numbers, size_t numberCount) {
+    if (role.Count() <= static_cast<size_t>(std::numeric_limits<int32_t>::max()))
+        ExactMerge<uint32_t, Role>(role, numbers, numberCount).Run();
+    else
+        ExactMerge<uint64_t, Role>(role, numbers, numberCount).Run();
+}
+
+/// @name Merging of equal values
+/// Exchanges the values of `role` for the distinct ones that `indices` uses, and each number in
+/// `indices` for the number of its value among them.
+///
+/// `role` is an `ArrayRole` or has its members: `Count()`, `operator[]` and `Exchange(values)`, which
+/// installs the values or throws and changes nothing.
+///
+/// - Order: ascending by `Coordinates`; where values differ by signs of zeros, the one that `indices`
+///   uses first stands for all. Undefined for values with NaN, but nothing else is touched by them.
+/// - Throws: std::out_of_range "invalid vector subscript" for a number that is not below
+///   `role.Count()`, std::bad_alloc; nothing has changed then.
+/// - Complexity: linear in numbers and values, and n log n in the distinct values at worst.
+/// @{
+template <class Role>
+void MergeEqual(const Role& role, std::vector<size_t>& indices) {
+    MergeEqual(role, indices.data(), indices.size());
+}
+template <class Role>
+void MergeEqual(const Role& role, std::vector<VraMeshPrimitive::TriangleIndex>& indices) {
+    MergeEqual(role, reinterpret_cast<size_t*>(indices.data()), 3 * indices.size());
+}
+/// @}
+
+}  // namespace Vr::detail

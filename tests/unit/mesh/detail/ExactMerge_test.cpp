@@ -1,0 +1,114 @@
+#include "mesh/detail/ExactMerge.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "support/MergeSameOracle.h"
+#include "support/MeshBuilders.h"
+#include "support/MeshMatchers.h"
+#include "support/Random.h"
+
+namespace {
+
+using namespace Vr::detail;
+using namespace Vr::test;
+using Numbers = std::vector<size_t>;
+
+TEST(ValueOrder, ZerosOfBothSignsAreEqualAndHashAlike) {
+    const ON_3dPoint plus(0.0, 1.0, 0.0);
+    const ON_3dPoint minus(-0.0, 1.0, -0.0);
+    EXPECT_TRUE(AreEqual(plus, minus));
+    EXPECT_EQ(HashOf(plus), HashOf(minus));
+    EXPECT_FALSE(HaveSameBits(plus, minus));
+    EXPECT_FALSE(TotalOrderLess(plus, minus));
+    EXPECT_FALSE(TotalOrderLess(minus, plus));
+}
+
+TEST(ValueOrder, TheTotalOrderIsThatOfTheKernelWhereThereIsNoNaN) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    const std::vector<double> coordinates = {-infinity, -1e308, -1.0, -5e-324, -0.0,    0.0,
+                                             5e-324,    1.0,    2.0,  1e308,   infinity};
+    for (const double x : coordinates) {
+        for (const double y : coordinates) {
+            const ON_3dPoint first(x, 1.0, y);
+            for (const double otherX : coordinates) {
+                const ON_3dPoint second(otherX, 1.0, 0.0);
+                EXPECT_EQ(TotalOrderLess(first, second), first < second);
+                EXPECT_EQ(IsLessFrom<0>(first, second), first < second);
+            }
+        }
+    }
+}
+
+TEST(ValueOrder, TheTotalOrderPutsNaNBehindInfinity) {
+    const ON_3dVector infinite(std::numeric_limits<double>::infinity(), 0, 0);
+    const ON_3dVector nan(std::numeric_limits<double>::quiet_NaN(), 0, 0);
+    EXPECT_TRUE(TotalOrderLess(infinite, nan));
+    EXPECT_FALSE(TotalOrderLess(nan, infinite));
+    EXPECT_FALSE(TotalOrderLess(nan, nan));
+}
+
+TEST(ValuePool, NumbersValuesInOrderOfFirstUseWhileItGrows) {
+    ValuePool<ON_3dPoint, uint32_t> pool(0);
+    const size_t count = 5000;
+    for (const int pass : {0, 1}) {
+        SCOPED_TRACE(pass);
+        for (size_t i = 0; i < count; ++i) {
+            const ON_3dPoint point(static_cast<double>(i % 50), 0.0, static_cast<double>(i / 50));
+            uint32_t number = 0;
+            pool.FindOrAdd(
+                1, [&](size_t) { return point; }, &number);
+            ASSERT_EQ(number, i);
+        }
+    }
+    EXPECT_EQ(pool.Count(), count);
+    EXPECT_FALSE(pool.HasMixedZeros());
+}
+
+TEST(ValuePool, ARepeatedValueWithinOneBatchHasOneNumber) {
+    ValuePool<ON_Color, uint64_t> pool(0);
+    const ON_Color colors[] = {ON_Color(7u), ON_Color(3u), ON_Color(7u), ON_Color(3u)};
+    uint64_t numbers[4];
+    pool.FindOrAdd(
+        4, [&](size_t i) { return colors[i]; }, numbers);
+    EXPECT_EQ(std::vector<uint64_t>(numbers, numbers + 4), (std::vector<uint64_t>{0, 1, 0, 1}));
+}
+
+TEST(ValuePool, AnUnfoundValueHasANumberAndIsNotFound) {
+    ValuePool<ON_Color, uint32_t> pool(0);
+    const ON_Color color(7u);
+    EXPECT_EQ(pool.AddUnfound(color), 0u);
+    uint32_t number = 0;
+    pool.FindOrAdd(
+        1, [&](size_t) { return color; }, &number);
+    EXPECT_EQ(number, 1u);
+    EXPECT_EQ(pool.TakeValues().size(), 2u);
+}
+
+// Numbers of 64 bits come into use beyond 2^31 values; here they are given few.
+TEST(ExactMerge, GivesTheSameWithNumbersOfBothWidths) {
+    for (size_t round = 0; round < 20; ++round) {
+        Random random(round);
+        SCOPED_TRACE(random.Trace());
+        std::vector<ON_3dVector> values;
+        Numbers numbers;
+        const size_t distinctCount = round % 2 ? 8000 : 100;
+        for (size_t i = 0; i < 10000; ++i) {
+            values.push_back(ON_3dVector(static_cast<double>(random.Below(distinctCount)), 0, 0));
+            numbers.push_back(random.Below(10000));
+        }
+        std::vector<ON_3dVector> narrowValues = values;
+        Numbers narrowNumbers = numbers;
+        const ArrayRole role(values);
+        ExactMerge<uint64_t, ArrayRole<ON_3dVector>>(role, numbers.data(), numbers.size()).Run();
+        const ArrayRole narrowRole(narrowValues);
+        ExactMerge<uint32_t, ArrayRole<ON_3dVector>>(narrowRole, narrowNumbers.data(),
+                                                     narrowNumbers.size())
+            .Run();
+        ASSERT_TRUE(SameBits(&values, &narrowValues));
+        ASSERT_EQ(numbers, narrowNumbers);
+    }
+}
+
+}  // namespace
