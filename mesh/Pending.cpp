@@ -16,13 +16,4 @@ void VraMeshPrimitive::DeleteUnusedVertices(
     AfxThrowNotSupportedException();
 }
 
-// mesh/Merge.cpp
-
-bool VraMeshPrimitive::Merge(boost::intrusive_ptr<VraMeshPrimitive>,
-                             const std::vector<boost::intrusive_ptr<const VraMeshPrimitive>>&,
-                             std::vector<std::vector<int>>*, std::vector<std::vector<int>>*,
-                             std::vector<std::vector<int>>*) {
-    AfxThrowNotSupportedException();
-}
-
 }  // namespace Vr

@@ -622,6 +622,31 @@ public:
 
     /// @name Merging primitives (mesh/Merge.cpp)
     /// @{
+    /// Gives `target` the triangles of all sources, with equal positions, normals and colours
+    /// stored once.
+    ///
+    /// Normals are merged when every source with vertices has normal indices and all index arrays
+    /// have one form; otherwise the target ends without normals. Colours likewise.
+    ///
+    /// - Shape: `vertexMaps`, `normalMaps` and `colorMaps` may be null. One inner vector a source is
+    ///   appended to each of them, with one entry for each of the source's values: its number in the
+    ///   target, or -1 when no triangle uses it (or this kind is not merged).
+    /// - Order: triangles in the order of sources; values in the order of their first use by sources,
+    ///   triangles and corners. Unused values are not carried over. Equality is exact; of +0.0 and
+    ///   -0.0, which are equal, the first used stays. NaN equals nothing: each use of a value with NaN
+    ///   adds it again.
+    /// - Sharing: new arrays are installed through the setters of `target`, normals and colours that
+    ///   were not merged as empty handles. Sources and their arrays are only read; the target may be
+    ///   one of them.
+    /// - Result: false, and nothing touched, when there are no sources; otherwise true.
+    /// - Deliberate: UV and texture-UV arrays of the target are emptied; its texture-UV index array
+    ///   and crease angle stay. Map entries are 32 bits wide.
+    /// - Requires: every number of the sources is below the size of the array that it addresses, and
+    ///   that array is there.
+    /// - Throws: `boost::bad_get` for a source that has triangles and whose index array is missing or
+    ///   not of the form that it tells, std::length_error, std::bad_alloc; the target is unchanged
+    ///   then, the maps may have grown.
+    /// - Complexity: linear in triangles and values, calling thread only.
     static bool Merge(boost::intrusive_ptr<VraMeshPrimitive> target,
                       const std::vector<boost::intrusive_ptr<const VraMeshPrimitive>>& sources,
                       std::vector<std::vector<int>>* vertexMaps = nullptr,
