@@ -383,6 +383,29 @@ public:
     ///   (rounded down) afterwards is reallocated to the exact size, or released when empty.
     /// - Example: {2, 2, 3} on five triangles removes triangle 2 only and returns 4.
     virtual size_t DeleteFacetFaces(const std::vector<size_t>& faces);
+
+    /// Drops the vertices that no triangle of this primitive uses, and renumbers its triangles.
+    ///
+    /// For a vertex array that several primitives share, use the static form with all of them.
+    ///
+    /// - Shape: every corner v becomes newVertexOf[v], and its position is bit for bit what it was.
+    /// - Order: the remaining vertices keep theirs, as do triangles and corners.
+    /// - Sharing: vertex array and vertex index array, in place. All others are untouched; also a
+    ///   texture-UV array, whose indices are renumbered all the same where they are the vertex
+    ///   index array itself.
+    /// - Result: nothing happens when the vertex array or the vertex index array is missing.
+    ///   Without triangles all vertices go.
+    /// - Deliberate: another primitive with the same vertex array and triangles of its own is left
+    ///   with stale numbers.
+    /// - Deliberate: new numbers have 32 bits, and an index array of 2^31 or more triangles is
+    ///   passed over, both when used vertices are looked for and when numbers change.
+    /// - Requires: every vertex number is below the vertex count.
+    /// - Throws: `std::bad_alloc`; nothing has changed then.
+    /// - Complexity: linear in triangles and vertices, on several threads for large meshes, with at
+    ///   most four bytes a vertex on one to four threads. Storage of the vertices less than half
+    ///   full (rounded down) afterwards is reallocated to the exact size, or released when empty.
+    /// - Example: with {4, 1, 3} the only triangle of five vertices, 1, 3 and 4 stay and it becomes
+    ///   {2, 0, 1}.
     virtual void DeleteUnusedVertices();
     /// @}
 
@@ -656,6 +679,21 @@ public:
 
     /// @name Deleting vertices of several primitives (mesh/DeleteUnusedVertices.cpp)
     /// @{
+    /// Drops unused vertices of several primitives, each vertex array once.
+    ///
+    /// As the member of the same name, but a vertex stays if any of the listed primitives that hold
+    /// its array uses it, and the triangles of all of them are renumbered.
+    ///
+    /// - Sharing: vertex arrays and vertex index arrays, in place; vertex arrays are told apart by
+    ///   address.
+    /// - Result: a primitive that lacks one of the two arrays takes no part.
+    /// - Deliberate: a vertex index array is renumbered as often as it is listed, which spoils it
+    ///   from the second time on: new numbers are taken for old ones, and 1 stands for a vertex
+    ///   that went. List one primitive for each vertex index array.
+    /// - Requires: no empty pointers; every vertex number is below the vertex count.
+    /// - Throws: `std::bad_alloc`; vertex arrays done by then stay done, with all their triangles,
+    ///   and the others are as they were.
+    /// - Complexity: as the member, for the vertex arrays one after the other.
     static void DeleteUnusedVertices(
         const std::vector<boost::intrusive_ptr<VraMeshPrimitive>>& primitives);
     /// @}

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <exception>
+#include <type_traits>
 #include <vector>
 
 #if defined(_OPENMP)
@@ -33,9 +34,10 @@ namespace Vr::detail {
 
 /// Runs `body(begin, end, worker)` on one contiguous range a worker and returns after all ended.
 ///
-/// - Order: worker w has the w-th range, so results gathered by worker are in element order whatever
-///   the number of workers.
-/// - Throws: what the body of the lowest worker threw, after the join.
+/// - Order: worker w has the w-th range, so results gathered by worker are in element order
+///   whatever the number of workers.
+/// - Throws: what the body of the lowest worker threw, after the join; `std::bad_alloc` before the
+///   start, for several workers of a body that may throw. With a `noexcept` body nothing.
 template <class Body>
 void ParallelRanges(size_t count, size_t workerCount, const Body& body) {
     if (workerCount <= 1) {
@@ -43,6 +45,15 @@ void ParallelRanges(size_t count, size_t workerCount, const Body& body) {
         return;
     }
 #if defined(_OPENMP)
+    if constexpr (std::is_nothrow_invocable_v<const Body&, size_t, size_t, size_t>) {
+#pragma omp parallel for schedule(static, 1) num_threads(static_cast <int>(workerCount))
+        for (int slot = 0; slot < static_cast<int>(workerCount); ++slot) {
+            const size_t worker = static_cast<size_t>(slot);
+            body(RangeBegin(count, worker, workerCount), RangeBegin(count, worker + 1, workerCount),
+                 worker);
+        }
+        return;
+    }
     std::vector<std::exception_ptr> failures(workerCount);
 #pragma omp parallel for schedule(static, 1) num_threads(static_cast <int>(workerCount))
     for (int slot = 0; slot < static_cast<int>(workerCount); ++slot) {

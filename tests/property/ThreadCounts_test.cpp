@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/CreateNormalOracle.h"
+#include "support/DeleteUnusedVerticesOracle.h"
 #include "support/MeshBuilders.h"
 #include "support/MeshMatchers.h"
 #include "support/Random.h"
@@ -118,6 +119,16 @@ TEST_P(ThreadCounts, NormalsOfASurfaceWhereEveryVertexIsUsedAreAsDefined) {
             .Compute();
     EXPECT_TRUE(SameBits(mesh->GetNormalArray().get(), &expected.normals));
     EXPECT_TRUE(PerVertexOf(*mesh->GetNormalIndexArray()) == expected.indices);
+}
+
+TEST_P(ThreadCounts, UnusedVerticesGoAsDefined) {
+    const Mesh mesh = RoughField(500, 3);
+    const Mesh expected = RoughField(500, 3);
+    for (const Mesh& one : {mesh, expected})
+        one->GetModifiableVertexIndexArray()->resize(40000);
+    VraMeshPrimitive::DeleteUnusedVertices({mesh, mesh});
+    OracleDeleteUnusedVertices({expected, expected});
+    EXPECT_TRUE(AreBitEqual(*mesh, *expected));
 }
 
 INSTANTIATE_TEST_SUITE_P(OneToMany, ThreadCounts, ::testing::Values(1, 2, 3, 7));

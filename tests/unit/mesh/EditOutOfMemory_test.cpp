@@ -56,4 +56,47 @@ TEST(DeleteFacetFaces, AnArrayThatCannotShrinkIsAsItWasAndEarlierOnesAreCut) {
     }
 }
 
+// Ten vertices in storage for ten, of which the last four are used.
+Mesh FourOfTenUsed() {
+    const Mesh mesh = NewPrimitive();
+    mesh->SetVertexArray(
+        std::make_shared<Vr::VraMeshPrimitive::VertexArray>(10, ON_3dPoint(1, 2, 3)));
+    mesh->SetVertexIndexArray(Triangles({{{6, 7, 8}}, {{7, 8, 9}}}));
+    return mesh;
+}
+
+TEST(DeleteUnusedVertices, ShortOfMemoryNothingHasChanged) {
+    size_t failureCount = 0;
+    for (size_t allocation = 1;; ++allocation) {
+        const Mesh mesh = FourOfTenUsed();
+        if (CaughtWhileFailing(allocation, [&] { mesh->DeleteUnusedVertices(); }) == Nothing()) {
+            EXPECT_EQ(mesh->GetVertexArray()->capacity(), 4u);
+            break;
+        }
+        ++failureCount;
+        ExpectBitEqual(*mesh, *FourOfTenUsed());
+    }
+    EXPECT_GE(failureCount, 3u);  // marks, block starts, the smaller storage
+}
+
+TEST(DeleteUnusedVerticesOfSeveral, ShortOfMemoryEachVertexArrayIsDoneOrAsItWas) {
+    const Mesh done = FourOfTenUsed();
+    done->DeleteUnusedVertices();
+    const auto isDone = [&](const Mesh& mesh) { return bool(AreBitEqual(*mesh, *done)); };
+    bool stoppedBetween = false;
+    for (size_t allocation = 1;; ++allocation) {
+        const Mesh first = FourOfTenUsed();
+        const Mesh second = FourOfTenUsed();
+        const std::vector<Mesh> list = {first, second};
+        const Caught caught = CaughtWhileFailing(
+            allocation, [&] { Vr::VraMeshPrimitive::DeleteUnusedVertices(list); });
+        EXPECT_TRUE(isDone(first) || AreBitEqual(*first, *FourOfTenUsed()));
+        EXPECT_TRUE(isDone(second) || AreBitEqual(*second, *FourOfTenUsed()));
+        stoppedBetween = stoppedBetween || (isDone(first) && !isDone(second));
+        if (caught == Nothing())
+            break;
+    }
+    EXPECT_TRUE(stoppedBetween);
+}
+
 }  // namespace
