@@ -91,11 +91,12 @@ private:
         detail::ParallelRanges(count, workers_, [&](size_t begin, size_t end, size_t) {
             detail::MakeFaces(vertices_, triangles_, begin, end, faces.get() + begin);
         });
-        std::vector<unsigned char> hasRepeats(workers_);
-        detail::ParallelRanges(sums_.size(), workers_,
-                               [&](size_t begin, size_t end, size_t worker) {
-                                   hasRepeats[worker] = AddFaces(faces.get(), 0, count, begin, end);
-                               });
+        // With more readers than this, reading all faces takes longer than adding them up.
+        const size_t readers = std::min<size_t>(workers_, 8);
+        std::vector<unsigned char> hasRepeats(readers);
+        detail::ParallelRanges(sums_.size(), readers, [&](size_t begin, size_t end, size_t worker) {
+            hasRepeats[worker] = AddFaces(faces.get(), 0, count, begin, end);
+        });
         hasRepeats_ = hasRepeats[0] != 0;
     }
 
@@ -182,6 +183,7 @@ public:
                                [&](size_t begin, size_t end, size_t worker) {
                                    normalsOf[worker] = NormalsOfVertices(lists, begin, end);
                                });
+        faces_.reset();
         NormalArray normals = workers_ == 1 ? std::move(normalsOf[0]) : Join(normalsOf);
         if (normals.capacity() > normals.size())
             NormalArray(normals).swap(normals);

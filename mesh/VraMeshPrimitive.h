@@ -270,8 +270,8 @@ public:
     ///   meanwhile.
     /// - Throws: `std::bad_alloc`; nothing has changed then.
     /// - Complexity: linear in vertices and triangles while groups are few; a vertex with n triangles
-    ///   in g groups costs n * g. At most 50 bytes a triangle besides the result (65 for `Angle`),
-    ///   on several threads.
+    ///   in g groups costs n * g. About 50 bytes a triangle besides the result (65 for `Angle`), on
+    ///   several threads.
     /// - Source: Max, "Weights for computing vertex normals from facet normals", 1999; Thürmer and
     ///   Wüthrich, "Computing vertex normals from polygonal facets", 1998.
     virtual bool CreateNormalPerVertex();
