@@ -97,6 +97,8 @@ TEST(IndexArrayOperators, LoadingReplacesFormAndContent) {
     IndexArray indices(IndexArray::PerVertex{{1, 1, 1}, {2, 2, 2}});
     LoadFrom(PerTriangleScript(), [&](CArchive& archive) { archive >> indices; });
     EXPECT_THAT(PerTriangleOf(indices), ElementsAre(4, 7));
+    LoadFrom(PerTriangleScript(), [&](CArchive& archive) { archive >> indices; });
+    EXPECT_THAT(PerTriangleOf(indices), ElementsAre(4, 7)) << "not appended";
     LoadFrom(PerVertexScript(), [&](CArchive& archive) { archive >> indices; });
     EXPECT_THAT(PerVertexOf(indices), ElementsAre(TriangleIndex{4, 7, 5}));
     LoadFrom(PerVertexScript(), [&](CArchive& archive) { archive >> indices; });
