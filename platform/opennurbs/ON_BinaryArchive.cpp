@@ -97,14 +97,29 @@ bool ON_BinaryArchive::WriteByte(size_t byteCount, const void* source) {
     if (!WriteMode()) {
         return false;
     }
-    return byteCount == 0 || Write(byteCount, source) == byteCount;
+    if (byteCount == 0) {
+        return true;
+    }
+    if (!m_chunks.empty()) {
+        UpdateChecksum(byteCount, source);
+    }
+    return Write(byteCount, source) == byteCount;
 }
 
 bool ON_BinaryArchive::ReadByte(size_t byteCount, void* destination) {
     if (!ReadMode()) {
         return false;
     }
-    return byteCount == 0 || Read(byteCount, destination) == byteCount;
+    if (byteCount == 0) {
+        return true;
+    }
+    if (Read(byteCount, destination) != byteCount) {
+        return false;
+    }
+    if (!m_chunks.empty()) {
+        UpdateChecksum(byteCount, destination);
+    }
+    return true;
 }
 
 bool ON_BinaryArchive::WriteBool(bool value) {

@@ -3,10 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 #include "ON_Array.h"
 #include "ON_BoundingBox.h"
 #include "ON_Color.h"
+#include "ON_Object.h"
 #include "ON_RoundShapes.h"
 #include "ON_String.h"
 #include "ON_UUID.h"
@@ -41,12 +44,23 @@ protected:
     /// Called for user data of an unknown application; returns 0.
     virtual int LoadUserDataApplication(ON_UUID applicationId);
 
+    /// Chooses the format. Archives before version 3 store curves and surfaces as NURBS, before
+    /// version 4 materials in an older form, and before version 50 chunk lengths in 4 bytes.
+    bool SetArchive3dmVersion(int version) noexcept;
+
 public:
     ON_BinaryArchive(const ON_BinaryArchive&) = delete;
     ON_BinaryArchive& operator=(const ON_BinaryArchive&) = delete;
 
     bool ReadMode() const noexcept { return (m_mode & ON::read) != 0; }
     bool WriteMode() const noexcept { return (m_mode & ON::write) != 0; }
+
+    /// - Result: 0 for a new archive.
+    int Archive3dmVersion() const noexcept { return m_3dmVersion; }
+    /// The version of the writer; 0, because only complete 3dm files tell it.
+    int ArchiveOpenNURBSVersion() const noexcept { return 0; }
+    /// Counts the checksums that did not match so far.
+    int BadCRCCount() const noexcept { return m_badCrcCount; }
 
     /// @name Numbers
     /// @{
@@ -133,6 +147,86 @@ public:
     bool Write3dmChunkVersion(int major, int minor);
     bool Read3dmChunkVersion(int* major, int* minor);
 
+    /// @name Chunks
+    ///
+    /// Every chunk that has begun must end, also after a failure in it.
+    /// @{
+
+    /// Begins a chunk; bit 31 of the typecode makes it a short one, which has a value and no body.
+    ///
+    /// - Requires: a target that can be overwritten, because the length is filled in at the end.
+    bool BeginWrite3dmChunk(unsigned int typecode, int value);
+    /// Begins a chunk whose body starts with a version.
+    bool BeginWrite3dmChunk(unsigned int typecode, int major, int minor);
+    /// Ends the innermost chunk; the target is flushed with the outermost one.
+    bool EndWrite3dmChunk();
+
+    /// Reads a header.
+    ///
+    /// - Result: false, and no chunk begun, for a short stream, chunks nested more than 256 deep and
+    ///   lengths beyond 2^40.
+    bool BeginRead3dmChunk(unsigned int* typecode, std::int64_t* lengthOrValue);
+    /// Reads the header of a chunk that must have a typecode and whose body starts with a version.
+    bool BeginRead3dmChunk(unsigned int expectedTypecode, int* major, int* minor);
+    /// Moves to the end of the innermost chunk, forward or backward.
+    ///
+    /// - Deliberate: a wrong checksum is only counted, and it is only looked at when exactly its four
+    ///   bytes are left.
+    bool EndRead3dmChunk();
+    /// @}
+
+    /// @name Objects
+    /// @{
+
+    /// Writes a record of the object's class; a null pointer is written as a null record.
+    ///
+    /// - Deliberate: in an archive before version 3, and so in a new one, a curve or surface that has
+    ///   a NURBS form is written as that, and its class is lost.
+    bool WriteObject(const ON_Object* object);
+    bool WriteObject(const ON_Object& object);
+
+    /// Reads a record and hands out a new object of its class for the caller to delete.
+    ///
+    /// The position is at the record's declared end afterwards, whatever happened, once the header
+    /// was there.
+    ///
+    /// - Result: 1 for success, also with a null record; 3 for an unknown class; 0 for a damaged or
+    ///   short record.
+    /// - Deliberate: wrong checksums are tolerated, and 0 does not mean that there is no object: a
+    ///   record that is damaged behind the class's data hands it out.
+    int ReadObject(ON_Object** object);
+    /// @}
+
 private:
+    struct Chunk {
+        unsigned int typecode;
+        std::uint64_t length;
+        std::uint64_t start;
+        std::uint32_t checksum;
+        bool hasChecksum;
+    };
+
+    /// @name Bytes outside every checksum
+    /// @{
+    bool WriteRaw(size_t byteCount, const void* source);
+    bool ReadRaw(size_t byteCount, void* destination);
+    bool WriteChunkLength(std::uint64_t length);
+    bool ReadChunkLength(std::uint64_t& length);
+    /// @}
+
+    void UpdateChecksum(size_t byteCount, const void* bytes) noexcept;
+    bool WriteLengthOf(const Chunk& chunk);
+    bool SeekForward(std::uint64_t distance);
+    bool SeekBackward(std::uint64_t distance);
+
+    bool WriteRecord(const ON_Object& object);
+    bool WriteClassId(const ON_UUID& id);
+    int ReadRecord(std::unique_ptr<ON_Object>& object);
+    bool ReadClassId(ON_UUID& id);
+    bool ReadToObjectEnd();
+
     ON::archive_mode m_mode;
+    int m_3dmVersion = 0;
+    int m_badCrcCount = 0;
+    std::vector<Chunk> m_chunks;
 };

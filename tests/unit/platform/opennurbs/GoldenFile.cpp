@@ -32,6 +32,10 @@ int GoldenLine::Integer() {
     return std::stoi(Word());
 }
 
+size_t GoldenLine::Count() {
+    return static_cast<size_t>(std::stoull(Word()));
+}
+
 unsigned int GoldenLine::Packed() {
     return static_cast<unsigned int>(std::stoul(Word(), nullptr, 16));
 }
@@ -63,6 +67,20 @@ ON_UUID GoldenLine::Uuid() {
         id.Data4[byte] = static_cast<unsigned char>(hexAt(19 + 2 * byte, 2));
     }
     return id;
+}
+
+ON_wString GoldenLine::String() {
+    std::wstring text;
+    for (size_t left = Count(); left > 0; --left) {
+        const unsigned int character = Packed();
+        if (sizeof(wchar_t) == 2 && character > 0xffffu) {
+            text += static_cast<wchar_t>(0xd800u + ((character - 0x10000u) >> 10));
+            text += static_cast<wchar_t>(0xdc00u + ((character - 0x10000u) & 0x3ffu));
+        } else {
+            text += static_cast<wchar_t>(character);
+        }
+    }
+    return ON_wString(text);
 }
 
 ON_2dPoint GoldenLine::Point2() {
@@ -121,6 +139,10 @@ ON_Xform GoldenLine::Xform() {
         }
     }
     return xform;
+}
+
+Bytes FirstBytes(const Bytes& bytes, size_t count) {
+    return Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
 }
 
 std::vector<GoldenLine> GoldenCases(const std::string& fileName, const std::string& keyword,

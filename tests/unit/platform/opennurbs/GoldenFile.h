@@ -29,12 +29,14 @@ public:
     double Number();
     bool Flag() { return Integer() != 0; }
     int Integer();
-    size_t Count() { return static_cast<size_t>(Integer()); }
+    size_t Count();
     /// A hexadecimal number.
     unsigned int Packed();
     /// Hexadecimal bytes in stream order; "-" stands for none.
     Bytes Stream();
     ON_UUID Uuid();
+    /// A length and that many characters in hexadecimal.
+    ON_wString String();
 
     ON_2dPoint Point2();
     ON_3dPoint Point();
@@ -51,6 +53,9 @@ private:
     std::vector<std::string> words_;
     size_t next_ = 0;
 };
+
+/// Returns the first `count` bytes.
+Bytes FirstBytes(const Bytes& bytes, size_t count);
 
 /// Returns the lines of a file that start with a keyword, and fails the running test unless there
 /// are exactly `expectedCount` of them.

@@ -12,8 +12,11 @@ namespace kerneltest {
 
 class MemoryArchive : public ON_BinaryArchive {
 public:
-    explicit MemoryArchive(ON::archive_mode mode, std::vector<unsigned char> content = {})
-        : ON_BinaryArchive(mode), bytes(std::move(content)) {}
+    explicit MemoryArchive(ON::archive_mode mode, std::vector<unsigned char> content = {},
+                           int version = 0)
+        : ON_BinaryArchive(mode), bytes(std::move(content)) {
+        SetArchive3dmVersion(version);
+    }
 
     size_t CurrentPosition() const override {
         calls.push_back("tell");

@@ -7,6 +7,7 @@
 #include "unit/platform/opennurbs/SameBits.h"
 
 using kerneltest::Bytes;
+using kerneltest::FirstBytes;
 using kerneltest::GoldenCases;
 using kerneltest::GoldenLine;
 using kerneltest::MemoryArchive;
@@ -27,21 +28,6 @@ kerneltest::Doubles DoublesOf(const ON_Arc& arc) {
     values.push_back(arc.Domain()[0]);
     values.push_back(arc.Domain()[1]);
     return values;
-}
-
-ON_wString ReadGoldenString(GoldenLine& line) {
-    std::wstring text;
-    const size_t length = line.Count();
-    for (size_t index = 0; index < length; ++index) {
-        const unsigned int character = line.Packed();
-        if (sizeof(wchar_t) == 2 && character > 0xffffu) {
-            text += static_cast<wchar_t>(0xd800u + ((character - 0x10000u) >> 10));
-            text += static_cast<wchar_t>(0xdc00u + ((character - 0x10000u) & 0x3ffu));
-        } else {
-            text += static_cast<wchar_t>(character);
-        }
-    }
-    return ON_wString(text);
 }
 
 // Writes the value a line holds; the bytes that must come out follow it in the line.
@@ -76,8 +62,7 @@ const std::map<std::string, WriteGoldenValue>& Writers() {
         {"double", [](auto& archive, auto& line) { return archive.WriteDouble(line.Number()); }},
         {"bool", [](auto& archive, auto& line) { return archive.WriteBool(line.Flag()); }},
         {"uuid", [](auto& archive, auto& line) { return archive.WriteUuid(line.Uuid()); }},
-        {"string",
-         [](auto& archive, auto& line) { return archive.WriteString(ReadGoldenString(line)); }},
+        {"string", [](auto& archive, auto& line) { return archive.WriteString(line.String()); }},
         {"doubles",
          [](auto& archive, auto& line) {
              ON_SimpleArray<double> values;
@@ -104,10 +89,6 @@ const std::map<std::string, WriteGoldenValue>& Writers() {
 }
 
 class WriteGolden : public testing::TestWithParam<ON::archive_mode> {};
-
-Bytes FirstBytes(const Bytes& bytes, size_t count) {
-    return Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
-}
 
 // Reads from the front of a recorded value, cut after so many bytes, and compares what is left in
 // the destination.

@@ -16,68 +16,26 @@ namespace kerneltest {
 
 using Doubles = std::vector<double>;
 
-inline Doubles DoublesOf(double x) {
-    return {x};
-}
-inline Doubles DoublesOf(const Doubles& values) {
-    return values;
-}
-inline Doubles DoublesOf(const ON_2dPoint& p) {
-    return {p.x, p.y};
-}
-inline Doubles DoublesOf(const ON_2dVector& v) {
-    return {v.x, v.y};
-}
-inline Doubles DoublesOf(const ON_3dPoint& p) {
-    return {p.x, p.y, p.z};
-}
-inline Doubles DoublesOf(const ON_3dVector& v) {
-    return {v.x, v.y, v.z};
-}
-inline Doubles DoublesOf(const ON_Interval& i) {
-    return {i[0], i[1]};
-}
-inline Doubles DoublesOf(const ON_Line& l) {
-    return {l.from.x, l.from.y, l.from.z, l.to.x, l.to.y, l.to.z};
-}
-inline Doubles DoublesOf(const ON_BoundingBox& b) {
-    return {b.m_min.x, b.m_min.y, b.m_min.z, b.m_max.x, b.m_max.y, b.m_max.z};
-}
-inline Doubles DoublesOf(const ON_Plane& p) {
-    return {p.origin.x,         p.origin.y,         p.origin.z,         p.xaxis.x,
-            p.xaxis.y,          p.xaxis.z,          p.yaxis.x,          p.yaxis.y,
-            p.yaxis.z,          p.zaxis.x,          p.zaxis.y,          p.zaxis.z,
-            p.plane_equation.x, p.plane_equation.y, p.plane_equation.z, p.plane_equation.d};
-}
-inline Doubles DoublesOf(const ON_Circle& c) {
-    Doubles values = DoublesOf(c.plane);
-    values.push_back(c.radius);
-    return values;
-}
-inline Doubles DoublesOf(const ON_Xform& x) {
-    return Doubles(&x.m_xform[0][0], &x.m_xform[0][0] + 16);
-}
+/// @name The numbers of a value, in the order of its fields
+/// @{
+Doubles DoublesOf(double x);
+Doubles DoublesOf(const Doubles& values);
+Doubles DoublesOf(const ON_2dPoint& p);
+Doubles DoublesOf(const ON_2dVector& v);
+Doubles DoublesOf(const ON_3dPoint& p);
+Doubles DoublesOf(const ON_3dVector& v);
+Doubles DoublesOf(const ON_Interval& i);
+Doubles DoublesOf(const ON_Line& l);
+Doubles DoublesOf(const ON_BoundingBox& b);
+Doubles DoublesOf(const ON_Plane& p);
+Doubles DoublesOf(const ON_Circle& c);
+Doubles DoublesOf(const ON_Xform& x);
+/// @}
 
-inline std::uint64_t BitsOf(double x) {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &x, sizeof bits);
-    return bits;
-}
+std::uint64_t BitsOf(double x);
 
 /// Number of representable doubles from `a` to `b`; 0 for the same bits or two NaNs.
-inline std::uint64_t UlpsBetween(double a, double b) {
-    if (std::isnan(a) && std::isnan(b)) {
-        return 0;
-    }
-    const auto place = [](double x) {
-        const auto bits = static_cast<std::int64_t>(BitsOf(x));
-        return bits < 0 ? INT64_MIN - bits - 1 : bits;
-    };
-    const std::int64_t first = place(a);
-    const std::int64_t second = place(b);
-    return first < second ? static_cast<std::uint64_t>(second) - static_cast<std::uint64_t>(first)
-                          : static_cast<std::uint64_t>(first) - static_cast<std::uint64_t>(second);
-}
+std::uint64_t UlpsBetween(double a, double b);
 
 /// Compares values by the bits of their doubles, all NaNs being alike.
 struct SameBits {
