@@ -172,6 +172,8 @@ public:
     ///
     /// - Deliberate: a wrong checksum is only counted, and it is only looked at when exactly its four
     ///   bytes are left.
+    /// - Result: false when the checksum or the end cannot be reached, and from the 17th step back
+    ///   inside one outermost chunk on.
     bool EndRead3dmChunk();
     /// @}
 
@@ -218,6 +220,7 @@ private:
     bool WriteLengthOf(const Chunk& chunk);
     bool SeekForward(std::uint64_t distance);
     bool SeekBackward(std::uint64_t distance);
+    bool StepBack(std::uint64_t position);
 
     bool WriteRecord(const ON_Object& object);
     bool WriteClassId(const ON_UUID& id);
@@ -228,5 +231,6 @@ private:
     ON::archive_mode m_mode;
     int m_3dmVersion = 0;
     int m_badCrcCount = 0;
+    int m_stepsBack = 0;  // in the outermost chunk
     std::vector<Chunk> m_chunks;
 };

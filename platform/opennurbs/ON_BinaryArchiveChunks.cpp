@@ -15,6 +15,10 @@ constexpr std::uint64_t kLongestChunk = std::uint64_t{1} << 40;
 
 constexpr std::uint64_t kLongestSeek = 2147483632u;
 
+// Every step back reads bytes again, and chunks that overlap can lead back so often that reading never
+// ends. A damaged chunk takes one step.
+constexpr int kMostStepsBack = 16;
+
 bool IsShort(unsigned int typecode) noexcept {
     return (typecode & kernel_detail::kShortChunkBit) != 0;
 }
@@ -155,6 +159,9 @@ bool ON_BinaryArchive::BeginRead3dmChunk(unsigned int* typecode, std::int64_t* l
     } else {
         *lengthOrValue = static_cast<std::int64_t>(length);
     }
+    if (m_chunks.empty()) {
+        m_stepsBack = 0;
+    }
     m_chunks.push_back({*typecode, length, CurrentPosition(), 0, HasChecksum(*typecode)});
     return true;
 }
@@ -191,5 +198,12 @@ bool ON_BinaryArchive::EndRead3dmChunk() {
     if (position < end) {
         return SeekForward(end - position);
     }
-    return position == end || SeekFromStart(static_cast<size_t>(end));
+    return position == end || StepBack(end);
+}
+
+bool ON_BinaryArchive::StepBack(std::uint64_t position) {
+    // The outermost chunk always gets to its end; what comes behind it is not read for it.
+    const bool isOutermost = m_chunks.empty();
+    return (isOutermost || ++m_stepsBack <= kMostStepsBack) &&
+           SeekFromStart(static_cast<size_t>(position));
 }

@@ -90,6 +90,41 @@ int ReadNurbsCode(const Bytes& data) {
 
 constexpr int kMostInts = 0x7fffffff;
 
+// The head of a polycurve's record without parameters, up to its first segment. The lengths are those
+// of the record and of the class data.
+Bytes PolyCurveHead(int segmentCount, size_t recordLength, size_t dataLength) {
+    MemoryArchive archive(ON::archive_mode::write);
+    archive.WriteInt(0x00027ffa);
+    archive.WriteInt(static_cast<int>(recordLength));
+    archive.BeginWrite3dmChunk(0x0002fffb, 0);
+    archive.WriteUuid(ON_PolyCurve().ClassId()->Uuid());
+    archive.EndWrite3dmChunk();
+    archive.WriteInt(0x0002fffc);
+    archive.WriteInt(static_cast<int>(dataLength));
+    archive.Write3dmChunkVersion(1, 0);
+    for (const int number : {segmentCount, 0, 0}) {
+        archive.WriteInt(number);
+    }
+    archive.WriteBoundingBox(ON_BoundingBox());
+    archive.WriteInt(0);
+    return archive.bytes;
+}
+
+// 8 + 28 for header and class id, 8 for the next header, 1 + 12 + 48 + 4 for the fields.
+constexpr size_t kPolyCurveHead = 109;
+
+Bytes LineRecord() {
+    MemoryArchive archive(ON::archive_mode::write, {}, 4);
+    archive.WriteObject(ON_LineCurve(ON_3dPoint(0.0, 0.0, 0.0), ON_3dPoint(1.0, 0.0, 0.0)));
+    return archive.bytes;
+}
+
+const Bytes kEndOfRecord = {0xff, 0x7f, 0x02, 0x80, 0, 0, 0, 0};
+
+void Append(Bytes& bytes, const Bytes& more) {
+    bytes.insert(bytes.end(), more.begin(), more.end());
+}
+
 }  // namespace
 
 TEST(HostileRecords, EveryPrefixOfEveryRecordFails) {
@@ -162,6 +197,39 @@ TEST(HostileRecords, NestingWithoutEndFailsInsteadOfOverflowingTheStack) {
         bytes[bytes.size() - level.bytes.size() + 8 + 28 + 6] = 0x7f;
     }
     EXPECT_EQ(ReadCode(bytes), 0);
+}
+
+// Each polycurve claims two segments and ends where the record inside its first one begins. That one is
+// then the second segment too, so that a reader takes as many records as there are rabbits.
+TEST(HostileRecords, RecordsThatLeadBackIntoEachOtherFail) {
+    constexpr size_t kLevels = 24;
+    const size_t endOfRecord = kLevels * kPolyCurveHead + 2 * LineRecord().size();
+    Bytes bytes;
+    for (size_t level = 0; level < kLevels; ++level) {
+        const size_t toEnd = endOfRecord - bytes.size() - (kPolyCurveHead - 65);
+        Append(bytes, PolyCurveHead(2, level == 0 ? 0x10000 : kPolyCurveHead - 8, toEnd));
+    }
+    Append(bytes, LineRecord());
+    Append(bytes, LineRecord());
+    Append(bytes, kEndOfRecord);
+
+    MemoryArchive archive(ON::archive_mode::read, bytes);
+    ON_Object* object = nullptr;
+    EXPECT_EQ(archive.ReadObject(&object), 0);
+    const std::unique_ptr<ON_Object> owner(object);
+    // No record is shorter than 36 bytes, takes more than 40 calls and is read more than 17 times.
+    EXPECT_LT(archive.calls.size(), 17 * 40 * bytes.size() / 36);
+    EXPECT_EQ(archive.position, 8u + 0x10000u);
+}
+
+TEST(HostileRecords, ASegmentThatReadsBeyondItsRecordIsTaken) {
+    Bytes line = LineRecord();
+    const size_t lineLength = line.size() - 8;
+    line[4] = 28;  // the record ends in front of the class data, which the polycurve's end skips
+    Bytes bytes = PolyCurveHead(1, kPolyCurveHead - 8 + 8 + lineLength + 8, 65 + 8 + lineLength);
+    Append(bytes, line);
+    Append(bytes, kEndOfRecord);
+    EXPECT_EQ(ReadCode(bytes), 1);
 }
 
 TEST(HostileRecords, NestingOfOrdinaryDepthIsFlattened) {
