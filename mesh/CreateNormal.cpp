@@ -126,7 +126,7 @@ private:
             return;
         for (const size_t vertex : triangles_[triangle].v)
             if (vertex - begin < end - begin)
-                detail::Prefetch(sums_.data() + vertex);
+                detail::PrefetchWhole(sums_.data() + vertex);
     }
 
     // Leaves out the vertices without a triangle. A corner that repeats the vertex of an earlier one
@@ -216,8 +216,8 @@ private:
             return;
         for (const Number* entry = list; entry != listEnd; ++entry) {
             const size_t triangle = Lists::TriangleOf(entry[kEntriesAhead]);
-            detail::Prefetch(faces_.get() + triangle);
-            detail::Prefetch(indices_.data() + triangle);
+            detail::PrefetchWhole(faces_.get() + triangle);
+            detail::PrefetchWhole(indices_.data() + triangle);
         }
     }
 

@@ -2,10 +2,14 @@
 // road where every position is an ordinary number: growing a box is then the minimum and maximum of
 // each axis, in any grouping, save for the sign of a zero.
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
 #include <typeinfo>
 
 #include "mesh/VraMesh.h"
 #include "mesh/VraMeshPrimitive.h"
+#include "mesh/detail/Pair.h"
 #include "mesh/detail/PositionExtremes.h"
 
 namespace Vr {
@@ -26,7 +30,47 @@ void GrowPointByPoint(const VertexArray& vertices, const VertexIndexArray& trian
     }
 }
 
-double AreaOf(size_t triangle, const VertexArray* vertices, const VertexIndexArray* triangles) {
+// Out of line, so that the common case saves no registers for it.
+[[gnu::noinline, gnu::cold]] double CrossLengthOfExtreme(const ON_3dPoint& p0, const ON_3dPoint& p1,
+                                                         const ON_3dPoint& p2) {
+    return ON_CrossProduct(p1 - p0, p2 - p0).Length();
+}
+
+// The length of the cross product of p1 - p0 and p2 - p0, by openNURBS's operations, two numbers at a
+// time where they do not wait for each other.
+double CrossLength(const ON_3dPoint& p0, const ON_3dPoint& p1, const ON_3dPoint& p2) {
+    using detail::Pair;
+    const Pair yz0 = Pair::Load(&p0.y);
+    const Pair aYZ = Pair::Load(&p1.y) - yz0;
+    const Pair bYZ = Pair::Load(&p2.y) - yz0;
+    const double aX = p1.x - p0.x;
+    const double bX = p2.x - p0.x;
+    const Pair crossXY = aYZ * HighLow(bYZ, Pair::Both(bX)) - HighLow(aYZ, Pair::Both(aX)) * bYZ;
+    const double crossZ = aX * bYZ.Low() - aYZ.Low() * bX;
+
+    // The largest component is exchanged with x, y before z. Both numbers of a pair are the same
+    // here, since choices between single numbers become branches.
+    const Pair absXY = Magnitudes(crossXY);
+    const Pair x = LowLow(absXY, absXY);
+    const Pair y = HighHigh(absXY, absXY);
+    const Pair z = Magnitudes(Pair::Both(crossZ));
+    const Pair largestOfXY = Max(x, y);
+    const Pair largests = Max(largestOfXY, z);
+    const Pair second = WhereEqual(y, largests, x, y);
+    const Pair third = WhereLess(largestOfXY, z, x, z);
+    const double largest = largests.Low();
+    const Pair ratios = LowLow(second, third) / largests;
+    const Pair squares = ratios * ratios;
+    const double length = largest * std::sqrt(1.0 + squares.Low() + squares.High());
+    // Also false for NaN, which is in the length whichever component has it.
+    if (largest > std::numeric_limits<double>::min() &&
+        length <= std::numeric_limits<double>::max())
+        return length;
+    return CrossLengthOfExtreme(p0, p1, p2);
+}
+
+inline double AreaOf(size_t triangle, const VertexArray* vertices,
+                     const VertexIndexArray* triangles) {
     // Deliberate: the bound is "greater than", so a number equal to the count passes.
     if (!vertices || !triangles || triangle > triangles->size())
         return -1.0;
@@ -34,7 +78,13 @@ double AreaOf(size_t triangle, const VertexArray* vertices, const VertexIndexArr
     const ON_3dPoint& p0 = vertices->data()[corners[0]];
     const ON_3dPoint& p1 = vertices->data()[corners[1]];
     const ON_3dPoint& p2 = vertices->data()[corners[2]];
-    return ON_CrossProduct(p1 - p0, p2 - p0).Length() * 0.5;
+    return CrossLength(p0, p1, p2) * 0.5;
+}
+
+[[gnu::noinline]] double AreaThroughGetters(const VraMeshPrimitive& mesh, size_t triangle) {
+    const auto vertices = mesh.GetVertexArray();
+    const auto triangles = mesh.GetVertexIndexArray();
+    return AreaOf(triangle, vertices.get(), triangles.get());
 }
 
 }  // namespace
@@ -55,9 +105,7 @@ double VraMeshPrimitive::GetTriangleArea(size_t triangle) const {
     const std::type_info* const type = &typeid(*this);
     if (type == &typeid(VraMesh) || type == &typeid(VraMeshPrimitive))
         return AreaOf(triangle, vertexArray_.get(), vertexIndexArray_.get());
-    const auto vertices = GetVertexArray();
-    const auto triangles = GetVertexIndexArray();
-    return AreaOf(triangle, vertices.get(), triangles.get());
+    return AreaThroughGetters(*this, triangle);
 }
 
 double VraMeshPrimitive::CalcVolume(ON_3dPoint reference) const {

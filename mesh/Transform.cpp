@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mesh/VraMeshPrimitive.h"
+#include "mesh/detail/Pair.h"
 #include "mesh/detail/UnitVectors.h"
 
 namespace Vr {
@@ -16,6 +17,41 @@ namespace {
 
 using TriangleIndex = VraMeshPrimitive::TriangleIndex;
 using NormalArray = VraMeshPrimitive::NormalArray;
+
+// What `ON_3dPoint::Transform` does, to the last bit, to two points at a time.
+void TransformPoints(const ON_Xform& xf, ON_3dPoint* points, size_t count) {
+    using detail::Pair;
+    // A copy, which no point that is written can be a part of, stays in registers.
+    const ON_Xform matrix = xf;
+    const auto& m = matrix.m_xform;
+    const auto row = [&m](int number, Pair x, Pair y, Pair z) {
+        return Pair::Both(m[number][0]) * x + Pair::Both(m[number][1]) * y +
+               Pair::Both(m[number][2]) * z + Pair::Both(m[number][3]);
+    };
+    size_t point = 0;
+    for (; point + 2 <= count; point += 2) {
+        double* const six = &points[point].x;
+        const Pair first = Pair::Load(six);
+        const Pair second = Pair::Load(six + 2);
+        const Pair third = Pair::Load(six + 4);
+        const Pair x = LowHigh(first, second);
+        const Pair y = HighLow(first, third);
+        const Pair z = LowHigh(second, third);
+        // A weight of 0 is no divisor, but a factor.
+        const Pair weight = row(3, x, y, z);
+        const Pair zero = Pair::Both(0.0);
+        const Pair divisor = WhereEqual(weight, zero, Pair::Both(1.0), weight);
+        const Pair factor = WhereEqual(weight, zero, weight, Pair::Both(1.0) / divisor);
+        const Pair newX = factor * row(0, x, y, z);
+        const Pair newY = factor * row(1, x, y, z);
+        const Pair newZ = factor * row(2, x, y, z);
+        LowLow(newX, newY).Store(six);
+        LowHigh(newZ, newX).Store(six + 2);
+        HighHigh(newY, newZ).Store(six + 4);
+    }
+    if (point < count)
+        points[point].Transform(matrix);
+}
 
 void TransformNormals(const ON_Xform& inverseTranspose, NormalArray& normals) {
     // Blocks that stay in the nearest cache between the two steps.
@@ -59,10 +95,7 @@ bool VraMeshPrimitive::Transform(const ON_Xform& xf, std::set<void*>& done) {
     const auto vertices = GetModifiableVertexArray();
     if (!vertices || !done.insert(vertices.get()).second)
         return true;
-    // A copy, which no point that is written can be a part of, stays in registers.
-    const ON_Xform matrix = xf;
-    for (ON_3dPoint& point : *vertices)
-        point.Transform(matrix);
+    TransformPoints(xf, vertices->data(), vertices->size());
     return true;
 }
 

@@ -5,11 +5,7 @@
 
 #include "mesh/detail/PositionExtremes.h"
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#else
-#include <cmath>
-#endif
+#include "mesh/detail/Pair.h"
 
 namespace Vr::detail {
 
@@ -21,58 +17,6 @@ using VertexIndexArray = VraMeshPrimitive::VertexIndexArray;
 // More vertices than this for each triangle, and looking at all of them is not worth it.
 constexpr size_t kMaxVerticesPerTriangle = 4;
 
-#if defined(__SSE2__)
-
-// Two doubles: x and y of one point, or z of two points.
-class Pair {
-public:
-    Pair() = default;
-    explicit Pair(__m128d value) : value_(value) {}
-    static Pair Both(double value) { return Pair(_mm_set1_pd(value)); }
-    static Pair Load(const double* two) { return Pair(_mm_loadu_pd(two)); }
-    static Pair Load(const double& low, const double& high) {
-        return Pair(_mm_loadh_pd(_mm_load_sd(&low), &high));
-    }
-    friend Pair Min(Pair a, Pair b) { return Pair(_mm_min_pd(a.value_, b.value_)); }
-    friend Pair Max(Pair a, Pair b) { return Pair(_mm_max_pd(a.value_, b.value_)); }
-    friend Pair AddMagnitudes(Pair sum, Pair terms) {
-        return Pair(_mm_add_pd(sum.value_, _mm_andnot_pd(_mm_set1_pd(-0.0), terms.value_)));
-    }
-    double Low() const { return _mm_cvtsd_f64(value_); }
-    double High() const { return _mm_cvtsd_f64(_mm_unpackhi_pd(value_, value_)); }
-
-private:
-    __m128d value_;
-};
-
-#else
-
-class Pair {
-public:
-    Pair() = default;
-    Pair(double low, double high) : low_(low), high_(high) {}
-    static Pair Both(double value) { return Pair(value, value); }
-    static Pair Load(const double* two) { return Pair(two[0], two[1]); }
-    static Pair Load(const double& low, const double& high) { return Pair(low, high); }
-    friend Pair Min(Pair a, Pair b) {
-        return Pair(a.low_ < b.low_ ? a.low_ : b.low_, a.high_ < b.high_ ? a.high_ : b.high_);
-    }
-    friend Pair Max(Pair a, Pair b) {
-        return Pair(a.low_ > b.low_ ? a.low_ : b.low_, a.high_ > b.high_ ? a.high_ : b.high_);
-    }
-    friend Pair AddMagnitudes(Pair sum, Pair terms) {
-        return Pair(sum.low_ + std::fabs(terms.low_), sum.high_ + std::fabs(terms.high_));
-    }
-    double Low() const { return low_; }
-    double High() const { return high_; }
-
-private:
-    double low_;
-    double high_;
-};
-
-#endif
-
 // A sum of magnitudes is finite only if every term is, and openNURBS's unset value is caught by size.
 // A sum that overflows for ordinary but huge numbers only costs the slow road.
 bool AllOrdinary(const VertexArray& vertices) {
@@ -82,9 +26,9 @@ bool AllOrdinary(const VertexArray& vertices) {
     size_t next = 0;
     for (; next + 8 <= count; next += 8)
         for (size_t pair = 0; pair < 4; ++pair)
-            sums[pair] = AddMagnitudes(sums[pair], Pair::Load(coordinates + next + 2 * pair));
+            sums[pair] = sums[pair] + Magnitudes(Pair::Load(coordinates + next + 2 * pair));
     for (; next < count; ++next)
-        sums[0] = AddMagnitudes(sums[0], Pair::Both(coordinates[next]));
+        sums[0] = sums[0] + Magnitudes(Pair::Both(coordinates[next]));
     double sum = 0.0;
     for (const Pair& pair : sums)
         sum += pair.Low() + pair.High();

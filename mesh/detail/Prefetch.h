@@ -19,4 +19,11 @@ inline void Prefetch(const void* address) noexcept {
 #endif
 }
 
+/// Asks for a whole value, which may lie across two cache lines.
+template <class Value>
+void PrefetchWhole(const Value* value) noexcept {
+    Prefetch(value);
+    Prefetch(reinterpret_cast<const char*>(value + 1) - 1);
+}
+
 }  // namespace Vr::detail

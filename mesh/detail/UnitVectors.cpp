@@ -59,8 +59,8 @@ VERIDANE_IN_BOTH_VARIANTS double OrdinaryLength(double x, double y, double z) {
     return isOrdinary * (largest * std::sqrt(1.0 + ratio2 * ratio2 + ratio3 * ratio3));
 }
 
-bool IsOrdinary(double length) {
-    return length > kSmallestNormal && length <= kLargest;
+VERIDANE_IN_BOTH_VARIANTS bool IsOrdinary(double length) {
+    return (length > kSmallestNormal) & (length <= kLargest);
 }
 
 VERIDANE_IN_BOTH_VARIANTS void SetLengths(const VectorBlock& vectors, double* lengths) {
@@ -77,14 +77,22 @@ VERIDANE_IN_BOTH_VARIANTS void SetCosines(const VectorBlock& a, const double* le
     }
 }
 
-VERIDANE_IN_BOTH_VARIANTS void DivideByLengths(VectorBlock& vectors, double* lengths) {
+// Unitizes a whole block, or returns false and changes nothing where a vector is not ordinary.
+VERIDANE_IN_BOTH_VARIANTS bool UnitizeOrdinary(ON_3dVector* vectors) {
+    double lengths[VectorBlock::kCapacity];
+    for (size_t i = 0; i < VectorBlock::kCapacity; ++i)
+        lengths[i] = OrdinaryLength(vectors[i].x, vectors[i].y, vectors[i].z);
+    int ordinaryCount = 0;
+    for (size_t i = 0; i < VectorBlock::kCapacity; ++i)
+        ordinaryCount += IsOrdinary(lengths[i]) ? 1 : 0;
+    if (ordinaryCount < static_cast<int>(VectorBlock::kCapacity))
+        return false;
     for (size_t i = 0; i < VectorBlock::kCapacity; ++i) {
-        const double length = OrdinaryLength(vectors.x[i], vectors.y[i], vectors.z[i]);
-        lengths[i] = length;
-        vectors.x[i] /= length;
-        vectors.y[i] /= length;
-        vectors.z[i] /= length;
+        vectors[i].x /= lengths[i];
+        vectors[i].y /= lengths[i];
+        vectors[i].z /= lengths[i];
     }
+    return true;
 }
 
 VERIDANE_WIDE void SetLengthsWide(const VectorBlock& vectors, double* lengths) {
@@ -96,27 +104,15 @@ VERIDANE_WIDE void SetCosinesWide(const VectorBlock& a, const double* lengthsOfA
     SetCosines(a, lengthsOfA, b, lengthsOfB, cosines);
 }
 
-VERIDANE_WIDE void DivideByLengthsWide(VectorBlock& vectors, double* lengths) {
-    DivideByLengths(vectors, lengths);
+VERIDANE_WIDE bool UnitizeOrdinaryWide(ON_3dVector* vectors) {
+    return UnitizeOrdinary(vectors);
 }
 
-void UnitizeBlock(ON_3dVector* vectors, size_t count) {
-    VectorBlock block;
-    double lengths[VectorBlock::kCapacity];
-    for (size_t i = 0; i < VectorBlock::kCapacity; ++i) {
-        // A block that is not full repeats its last vector.
-        const ON_3dVector& vector = vectors[std::min(i, count - 1)];
-        block.x[i] = vector.x;
-        block.y[i] = vector.y;
-        block.z[i] = vector.z;
-    }
-    HasWideVectors() ? DivideByLengthsWide(block, lengths) : DivideByLengths(block, lengths);
-    for (size_t i = 0; i < count; ++i) {
-        if (IsOrdinary(lengths[i]))
-            vectors[i] = ON_3dVector(block.x[i], block.y[i], block.z[i]);
-        else
-            vectors[i].Unitize();
-    }
+void UnitizeBlock(ON_3dVector* vectors) {
+    if (HasWideVectors() ? UnitizeOrdinaryWide(vectors) : UnitizeOrdinary(vectors))
+        return;
+    for (size_t i = 0; i < VectorBlock::kCapacity; ++i)
+        vectors[i].Unitize();
 }
 
 }  // namespace
@@ -135,8 +131,12 @@ void CosinesOf(const VectorBlock& a, const double* lengthsOfA, const VectorBlock
 }
 
 void UnitizeAll(ON_3dVector* vectors, size_t count) {
-    for (size_t begin = 0; begin < count; begin += VectorBlock::kCapacity)
-        UnitizeBlock(vectors + begin, std::min(count - begin, VectorBlock::kCapacity));
+    for (; count >= VectorBlock::kCapacity; count -= VectorBlock::kCapacity) {
+        UnitizeBlock(vectors);
+        vectors += VectorBlock::kCapacity;
+    }
+    for (; count > 0; --count)
+        (vectors++)->Unitize();
 }
 
 }  // namespace Vr::detail

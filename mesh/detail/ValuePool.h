@@ -124,13 +124,10 @@ private:
         size_t SlotOf(Number tag) const { return static_cast<size_t>(tag >> tagBitsBesideSlot); }
 
         // Without a branch: one that waits for a slot would keep the prefetches behind it waiting.
-        // A value may lie across two cache lines.
         void PrefetchValue(Number tag) const {
             const Slot slot = slots[SlotOf(tag)];
             const Number isLikely = slot.tag == tag;
-            const Value* const value = values + slot.number * isLikely;
-            Prefetch(value);
-            Prefetch(reinterpret_cast<const char*>(value + 1) - 1);
+            PrefetchWhole(values + slot.number * isLikely);
         }
 
         Number FindOrAdd(const Value& value, Number tag) {

@@ -130,6 +130,23 @@ TEST_P(MeasureLaw, AreaAndVolumeEqualTheWrittenOutSums) {
     }
 }
 
+// Cross products whose largest component occurs twice or three times, in every place.
+TEST(AreaLaw, EqualComponentsAreTakenInTheLengthsOrder) {
+    const Mesh mesh = NewPrimitive();
+    mesh->SetVertexIndexArray(Triangles({{{0, 1, 2}}}));
+    const auto at = [](int number, double step) {
+        return ON_3dPoint(number % 3 * step, number / 3 % 3 * 0.7, number / 9 * 0.7);
+    };
+    for (const double step : {0.7, 0.3}) {
+        for (int first = 0; first < 27; ++first) {
+            for (int second = 0; second < 27; ++second) {
+                mesh->SetVertexArray(Vertices({at(13, step), at(first, step), at(second, step)}));
+                ASSERT_TRUE(SameBits(mesh->GetTriangleArea(0), SlowArea(*mesh, 0)));
+            }
+        }
+    }
+}
+
 // Zeros of both signs at the bounds, where a regrouped minimum shows.
 TEST(BoundingBoxLaw, ZerosKeepTheirSigns) {
     const std::vector<double> pools[] = {{0.0, -0.0}, {0.0, -0.0, 1.0}, {0.0, -0.0, -1.0}};

@@ -70,6 +70,20 @@ TEST(Transform, DividesByTheWeightOfAProjectiveTransformation) {
     EXPECT_EQ(PointOf(mesh), ON_3dPoint(0.75, 2, 1));
 }
 
+TEST(Transform, AWeightOfZeroMultipliesInsteadOfDividing) {
+    ON_Xform xf(1.0);
+    xf.m_xform[3][0] = 1.0;  // The weight is x.
+    xf.m_xform[3][3] = 0.0;
+    const Mesh mesh = NewPrimitive();
+    const auto points = Vertices({{0, 5, 6}, {2, 4, 6}, {-4, 8, 2}, {0, 1, -1}, {0, -3, 4}});
+    mesh->SetVertexArray(points);
+    std::set<void*> done;
+    EXPECT_TRUE(mesh->Transform(xf, done));
+    const auto expected =
+        Vertices({{0, 0, 0}, {1, 2, 3}, {1, -2, -0.5}, {0, 0, -0.0}, {0, -0.0, 0}});
+    EXPECT_TRUE(SameBits(points.get(), expected.get()));
+}
+
 TEST(Transform, AShiftLeavesNormalsAlone) {
     const Mesh mesh = WithNormal({0, 0, 1});
     Addresses done;

@@ -16,7 +16,7 @@ namespace {
 using namespace Vr::test;
 using Vr::detail::VectorBlock;
 
-double RandomComponent(Random& random) {
+double RandomComponent(Random& random, unsigned specialPercent) {
     static const std::vector<double> kSpecial = {0.0,
                                                  -0.0,
                                                  1.0,
@@ -29,16 +29,18 @@ double RandomComponent(Random& random) {
                                                  std::numeric_limits<double>::max(),
                                                  std::numeric_limits<double>::infinity(),
                                                  std::numeric_limits<double>::quiet_NaN()};
-    if (random.Chance(20))
+    if (random.Chance(specialPercent))
         return random.OneOf(kSpecial);
     return std::ldexp(random.Between(-1, 1), static_cast<int>(random.Below(8)) - 4);
 }
 
+// In half of the lists hardly a block is without a special number, in the others none has one.
 std::vector<ON_3dVector> RandomVectors(Random& random, std::size_t count) {
+    const unsigned specialPercent = random.Chance(50) ? 20 : 0;
     std::vector<ON_3dVector> vectors(count);
     for (ON_3dVector& vector : vectors)
-        vector =
-            ON_3dVector(RandomComponent(random), RandomComponent(random), RandomComponent(random));
+        for (int axis = 0; axis < 3; ++axis)
+            vector[axis] = RandomComponent(random, specialPercent);
     return vectors;
 }
 
