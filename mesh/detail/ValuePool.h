@@ -6,9 +6,12 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <type_traits>
 #include <utility>
 #include <vector>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "mesh/detail/Prefetch.h"
 #include "mesh/detail/Throw.h"
@@ -33,9 +36,6 @@ public:
 
     /// Makes room for `expectedCount` values; more are taken at the cost of growing.
     explicit ValuePool(size_t expectedCount) {
-        // Colours are often few, and a small table stays in the cache.
-        if constexpr (std::is_same_v<Value, ON_Color>)
-            expectedCount = std::min(expectedCount, kExpectedColors);
         int slotBits = kFewestSlotBits;
         while (LimitOf(slotBits) < expectedCount)
             ++slotBits;
@@ -110,7 +110,6 @@ private:
     static constexpr int kTagBits = 8 * sizeof(Number);
     static constexpr int kFewestSlotBits = 6;
     static constexpr size_t kStepsAhead = 24;
-    static constexpr size_t kExpectedColors = 4096;
 
     // What a batch works on, in one place that no store through a pointer can change.
     struct Table {
@@ -197,6 +196,148 @@ private:
     std::vector<Value> values_;
     size_t count_ = 0;
     bool hasMixedZeros_ = false;
+};
+
+/// A pool of colours. The table holds the colours themselves, four to a bucket: hardly one lies
+/// outside the bucket sought first, so that most are found without a branch that depends on them.
+template <class Number>
+class ValuePool<ON_Color, Number> {
+public:
+    static constexpr size_t kBatchSize = 512;
+    static constexpr size_t kGreatestCount = static_cast<size_t>(static_cast<Number>(-1) / 2);
+
+    /// Colours are often few, and a small table stays in the cache, so room is made as they come.
+    explicit ValuePool(size_t /*expectedCount*/) { Resize(kFewestBucketBits); }
+
+    template <class ValueOf>
+    void FindOrAdd(size_t count, const ValueOf& valueOf, Number* numbers) {
+        MakeRoomFor(count);
+        uint16_t missed[kBatchSize];
+        size_t missedCount = 0;
+        const Bucket* const buckets = buckets_.get();
+        const int bucketBits = bucketBits_;
+        for (size_t i = 0; i < count; ++i) {
+            const unsigned int color = valueOf(i);
+            const Number number = NumberIn(buckets[BucketOf(color, bucketBits)], color);
+            numbers[i] = number;
+            missed[missedCount] = static_cast<uint16_t>(i);
+            missedCount += number == kFree;
+        }
+        for (size_t i = 0; i < missedCount; ++i)
+            numbers[missed[i]] = FindOrAddSlowly(valueOf(missed[i]));
+    }
+
+    Number AddUnfound(const ON_Color& value) {
+        MakeRoomFor(1);
+        values_.push_back(value);
+        return static_cast<Number>(values_.size() - 1);
+    }
+
+    [[nodiscard]] size_t Count() const { return values_.size(); }
+
+    [[nodiscard]] std::vector<ON_Color> TakeValues() {
+        if (values_.capacity() - values_.size() > values_.size() / 4)
+            return std::vector<ON_Color>(values_);
+        return std::move(values_);
+    }
+
+    [[nodiscard]] static bool HasMixedZeros() { return false; }
+
+    void ReleaseTable() { buckets_.reset(); }
+
+private:
+    static constexpr size_t kWays = 4;
+    static constexpr Number kFree = static_cast<Number>(-1);
+    static constexpr int kFewestBucketBits = 10;
+
+    // Ways are taken from the first on. All bits of a free one are set, also those of its colour.
+    struct Bucket {
+        unsigned int colors[kWays];
+        Number numbers[kWays];
+    };
+
+    static size_t BucketOf(unsigned int color, int bucketBits) {
+        uint64_t hash = uint64_t{color} * 0x9E3779B97F4A7C15u;
+        hash = (hash ^ hash >> 32) * 0xD6E8FEB86659FD93u;
+        return static_cast<size_t>(hash >> (64 - bucketBits));
+    }
+
+    // Returns the number of a colour in one bucket, or `kFree`: all numbers of the bucket with all
+    // bits set where the colour is another, taken together.
+    static Number NumberIn(const Bucket& bucket, unsigned int color) {
+#if defined(__SSE2__)
+        if constexpr (sizeof(Number) == sizeof(unsigned int)) {
+            const auto* const colors = reinterpret_cast<const __m128i*>(bucket.colors);
+            const auto* const numbers = reinterpret_cast<const __m128i*>(bucket.numbers);
+            const __m128i sought = _mm_set1_epi32(static_cast<int>(color));
+            const __m128i isSame = _mm_cmpeq_epi32(_mm_loadu_si128(colors), sought);
+            const __m128i isOther = _mm_xor_si128(isSame, _mm_set1_epi32(-1));
+            __m128i all = _mm_or_si128(_mm_loadu_si128(numbers), isOther);
+            all = _mm_and_si128(all, _mm_unpackhi_epi64(all, all));
+            all = _mm_and_si128(all, _mm_shuffle_epi32(all, 1));
+            return static_cast<Number>(_mm_cvtsi128_si32(all));
+        }
+#endif
+        Number number = kFree;
+        for (size_t way = 0; way < kWays; ++way)
+            number &= bucket.numbers[way] | (0 - Number{bucket.colors[way] != color});
+        return number;
+    }
+
+    // Returns the number kept for the colour, which is `kFree` if it was not in the table yet.
+    Number& NumberOf(unsigned int color) {
+        const size_t lastBucket = (size_t{1} << bucketBits_) - 1;
+        for (size_t place = BucketOf(color, bucketBits_);; place = (place + 1) & lastBucket) {
+            Bucket& bucket = buckets_[place];
+            for (size_t way = 0; way < kWays; ++way) {
+                if (bucket.numbers[way] == kFree)
+                    bucket.colors[way] = color;
+                if (bucket.colors[way] == color)
+                    return bucket.numbers[way];
+            }
+        }
+    }
+
+    Number FindOrAddSlowly(unsigned int color) {
+        Number& number = NumberOf(color);
+        if (number == kFree) {
+            number = static_cast<Number>(values_.size());
+            values_.push_back(ON_Color(color));
+            ++takenCount_;
+        }
+        return number;
+    }
+
+    void MakeRoomFor(size_t count) {
+        if (values_.size() + count > kGreatestCount)
+            ThrowUnorderedMapTooLong();
+        // At most five eighths of the ways are taken.
+        while (takenCount_ + count > (5 * kWays << bucketBits_) / 8)
+            Grow();
+        if (values_.size() + count > values_.capacity())
+            values_.reserve(std::max(values_.size() + count, 2 * values_.size()));
+    }
+
+    void Resize(int bucketBits) {
+        const size_t bucketCount = size_t{1} << bucketBits;
+        buckets_.reset(new Bucket[bucketCount]);
+        std::memset(static_cast<void*>(buckets_.get()), 0xFF, bucketCount * sizeof(Bucket));
+        bucketBits_ = bucketBits;
+    }
+
+    void Grow() {
+        const size_t oldBucketCount = size_t{1} << bucketBits_;
+        const std::unique_ptr<Bucket[]> oldBuckets = std::move(buckets_);
+        Resize(bucketBits_ + 1);
+        for (size_t old = 0; old < oldBucketCount; ++old)
+            for (size_t way = 0; way < kWays && oldBuckets[old].numbers[way] != kFree; ++way)
+                NumberOf(oldBuckets[old].colors[way]) = oldBuckets[old].numbers[way];
+    }
+
+    std::unique_ptr<Bucket[]> buckets_;
+    int bucketBits_ = 0;
+    size_t takenCount_ = 0;
+    std::vector<ON_Color> values_;
 };
 
 }  // namespace Vr::detail

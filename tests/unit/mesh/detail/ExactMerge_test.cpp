@@ -86,6 +86,38 @@ TEST(ValuePool, AnUnfoundValueHasANumberAndIsNotFound) {
     EXPECT_EQ(pool.TakeValues().size(), 2u);
 }
 
+template <class Number>
+void ExpectColorsInOrderOfFirstUse() {
+    ValuePool<ON_Color, Number> pool(0);
+    std::map<unsigned int, Number> numberOf;
+    for (std::size_t round = 0; round < 60; ++round) {
+        Random random(round);
+        SCOPED_TRACE(random.Trace());
+        // All bits set is also what free places hold, and clusters fill buckets beyond their room.
+        std::vector<unsigned int> batch = {0u, 0xFFFFFFFFu};
+        for (std::size_t left = random.Below(500); left > 0; --left)
+            batch.push_back(static_cast<unsigned int>(random.Below(3000)) *
+                            (random.Chance(50) ? 1u : 0x10001u));
+        std::vector<Number> numbers(batch.size());
+        pool.FindOrAdd(
+            batch.size(), [&](size_t i) { return ON_Color(batch[i]); }, numbers.data());
+        for (std::size_t i = 0; i < batch.size(); ++i) {
+            const auto known = numberOf.emplace(batch[i], static_cast<Number>(numberOf.size()));
+            ASSERT_EQ(numbers[i], known.first->second);
+        }
+    }
+    ASSERT_EQ(pool.Count(), numberOf.size());
+    EXPECT_GT(pool.Count(), 2560u) << "the table has not grown";
+    const std::vector<ON_Color> values = pool.TakeValues();
+    for (const auto& [color, number] : numberOf)
+        ASSERT_EQ(static_cast<unsigned int>(values[number]), color);
+}
+
+TEST(ColorPool, NumbersColorsInOrderOfFirstUseWhileItGrows) {
+    ExpectColorsInOrderOfFirstUse<uint32_t>();
+    ExpectColorsInOrderOfFirstUse<uint64_t>();
+}
+
 // Numbers of 64 bits come into use beyond 2^31 values; here they are given few.
 TEST(ExactMerge, GivesTheSameWithNumbersOfBothWidths) {
     for (size_t round = 0; round < 20; ++round) {
