@@ -11,7 +11,7 @@ namespace Host {
 
 /// `import` and `export` (ModelCommands.cpp).
 void AddModelCommands(CLI::App& app);
-/// `info` and `copy` (DocumentCommands.cpp).
+/// `info`, `edges` and `copy` (DocumentCommands.cpp).
 void AddDocumentCommands(CLI::App& app);
 
 /// Stores a document and says so: the end of every command that makes one.

@@ -1,4 +1,4 @@
-// `info` and `copy`: documents as they are.
+// `info`, `edges` and `copy`: documents as they are.
 
 #include <fmt/core.h>
 
@@ -20,6 +20,14 @@ void AddInfo(CLI::App& app) {
     command->callback([path] { Print(DescribeDocument(LoadDocument(*path), *path)); });
 }
 
+void AddEdges(CLI::App& app) {
+    const auto path = std::make_shared<std::string>();
+    CLI::App* const command = app.add_subcommand(
+        "edges", "Lists the free edges: object, first vertex, second vertex, a line each");
+    command->add_option("document", *path, "The document to load")->required();
+    command->callback([path] { Print(ListFreeEdges(LoadDocument(*path))); });
+}
+
 void AddCopy(CLI::App& app) {
     struct Options {
         std::string source;
@@ -38,6 +46,7 @@ void AddCopy(CLI::App& app) {
 
 void AddDocumentCommands(CLI::App& app) {
     AddInfo(app);
+    AddEdges(app);
     AddCopy(app);
 }
 

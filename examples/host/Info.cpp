@@ -9,6 +9,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "Interrupt.h"
 #include "Output.h"
@@ -60,6 +61,12 @@ double AreaOf(const VraMeshPrimitive& mesh, size_t triangleCount) {
     for (size_t triangle = 0; triangle < triangleCount; ++triangle)
         area += mesh.GetTriangleArea(triangle);
     return area;
+}
+
+std::vector<std::pair<size_t, size_t>> FreeEdgesOf(const VraMeshPrimitive& mesh) {
+    std::vector<std::pair<size_t, size_t>> edges;
+    mesh.GetFreeEdges(edges);
+    return edges;
 }
 
 // Where an array stands that `object` has in `role` too.
@@ -125,6 +132,7 @@ void DescribeObject(const VraMeshPrimitive& mesh, size_t object, PlaceTable& fir
                    hasBox ? PointText(box.m_min) + " to " + PointText(box.m_max) : "none");
     fmt::format_to(out, "  area: {:.12g}\n", area);
     fmt::format_to(out, "  volume: {:.12g}\n", volume);
+    fmt::format_to(out, "  free edges: {}\n", FreeEdgesOf(mesh).size());
     const std::string sharing = SharingText(mesh, object, firstPlaceOf);
     fmt::format_to(out, "  shares: {}\n", sharing.empty() ? "nothing" : sharing);
 }
@@ -145,6 +153,17 @@ std::string DescribeDocument(const Document& document, const std::filesystem::pa
                    Counted(document.objects.size(), "object", "objects"),
                    Counted(totals.triangleCount, "triangle", "triangles"),
                    Counted(totals.vertexCount, "vertex", "vertices"), totals.area, totals.volume);
+    return text;
+}
+
+std::string ListFreeEdges(const Document& document) {
+    std::string text;
+    const Text out(text);
+    for (size_t object = 0; object < document.objects.size(); ++object) {
+        ThrowIfInterrupted();
+        for (const auto& [first, second] : FreeEdgesOf(*document.objects[object]))
+            fmt::format_to(out, "{} {} {}\n", object + 1, first, second);
+    }
     return text;
 }
 

@@ -17,4 +17,12 @@ namespace Host {
 /// - Throws: `Interrupted`.
 std::string DescribeDocument(const Document& document, const std::filesystem::path& path);
 
+/// Lists the free edges of all objects, which are those that close no surface.
+///
+/// - Shape: a line each of the object, counted from 1, and the edge's two vertices, counted from 0,
+///   in the direction of the triangle that has it.
+/// - Order: objects as in the document, edges ascending.
+/// - Throws: `Interrupted`.
+std::string ListFreeEdges(const Document& document);
+
 }  // namespace Host

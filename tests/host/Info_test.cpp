@@ -29,6 +29,7 @@ TEST_F(Info, TheUnitBoxHasAreaSixAndVolumeOne) {
                                        "  bounding box: (0, 0, 0) to (1, 1, 1)\n"
                                        "  area: 6\n"
                                        "  volume: 1\n"
+                                       "  free edges: 0\n"
                                        "  shares: nothing\n"
                                        "total: 1 object, 12 triangles, 8 vertices, area 6, "
                                        "volume 1\n");
@@ -38,7 +39,7 @@ TEST_F(Info, AnEmptyPrimitiveHasNoBoxAndNoMeasures) {
     const std::string text = InfoOf({Mesh(new VraMeshPrimitive)});
     EXPECT_THAT(text, HasSubstr("object 1: VraMeshPrimitive\n  triangles: 0\n  vertices: 0\n"
                                 "  normals: none\n"));
-    EXPECT_THAT(text, HasSubstr("  bounding box: none\n  area: 0\n  volume: 0\n"));
+    EXPECT_THAT(text, HasSubstr("  bounding box: none\n  area: 0\n  volume: 0\n  free edges: 0\n"));
 }
 
 TEST_F(Info, ADocumentWithoutObjectsIsADocument) {
