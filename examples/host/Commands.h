@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
+#include <string>
 
 #include "Document.h"
 
@@ -11,10 +12,28 @@ namespace Host {
 
 /// `import` and `export` (ModelCommands.cpp).
 void AddModelCommands(CLI::App& app);
+/// `make` (ShapeCommands.cpp).
+void AddShapeCommands(CLI::App& app);
 /// `info`, `edges` and `copy` (DocumentCommands.cpp).
 void AddDocumentCommands(CLI::App& app);
+/// `clean`, `normals`, `transform`, `reverse`, `delete-faces` and `merge` (EditCommands.cpp).
+void AddEditCommands(CLI::App& app);
 
-/// Stores a document and says so: the end of every command that makes one.
-void StoreAndReport(const Document& document, const std::filesystem::path& path);
+/// Adds the option that names the document to store.
+void AddOutput(CLI::App& command, std::string& path);
+/// @name Checks of what an option was given
+/// @{
+CLI::Validator IsFinite();
+/// Finite and above 0.
+CLI::Validator IsPositive();
+/// Decimal digits that fit into `size_t`, without leading zeros, which would make them octal.
+CLI::Validator IsWholeNumber();
+/// @}
+
+/// Stores a document and says so, behind `done`: the end of every command that makes one.
+///
+/// - Shape: `done` tells, in whole lines, what was done to the document.
+void StoreAndReport(const Document& document, const std::filesystem::path& path,
+                    const std::string& done = std::string());
 
 }  // namespace Host

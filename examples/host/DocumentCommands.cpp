@@ -1,7 +1,5 @@
 // `info`, `edges` and `copy`: documents as they are.
 
-#include <fmt/core.h>
-
 #include <memory>
 #include <string>
 
@@ -48,12 +46,6 @@ void AddDocumentCommands(CLI::App& app) {
     AddInfo(app);
     AddEdges(app);
     AddCopy(app);
-}
-
-void StoreAndReport(const Document& document, const std::filesystem::path& path) {
-    const uint64_t length = StoreDocument(document, path);
-    Print(fmt::format("stored {}: {}, {} bytes\n", path.string(),
-                      Counted(document.objects.size(), "object", "objects"), length));
 }
 
 }  // namespace Host

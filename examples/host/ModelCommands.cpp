@@ -52,7 +52,7 @@ void AddImport(CLI::App& app) {
         app.add_subcommand("import", "Makes a document of the meshes of one or more model files");
     command->add_option("model", options->models, "Model files, of any format Assimp reads")
         ->required();
-    command->add_option("-o,--output", options->output, "The document to store")->required();
+    AddOutput(*command, options->output);
     command->callback([options] { Import(options->models, options->output); });
 }
 

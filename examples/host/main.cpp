@@ -18,7 +18,8 @@ constexpr int kInterrupted = 130;
 
 constexpr const char* kDescription =
     "veridane-host " VERIDANE_HOST_VERSION
-    ": imports triangle models into mesh documents, shows what is in them and exports them again.";
+    ": imports triangle models into mesh documents, cleans, edits and measures them, and exports "
+    "them again.";
 constexpr const char* kFooter =
     "A file is replaced only when the new one is complete; failures and Ctrl-C leave it as it "
     "was.\n"
@@ -36,7 +37,9 @@ int Run(int argumentCount, char** arguments) {
     app.set_version_flag("--version", "veridane-host " VERIDANE_HOST_VERSION);
     // Not `require_subcommand`: that would call a misspelt one a missing one.
     Host::AddModelCommands(app);
+    Host::AddShapeCommands(app);
     Host::AddDocumentCommands(app);
+    Host::AddEditCommands(app);
     try {
         app.parse(argumentCount, arguments);
         if (app.get_subcommands().empty())

@@ -83,6 +83,12 @@ TEST_F(Cancel, CtrlCLeavesTheTargetAsItWas) {
     EXPECT_THAT(Names(), ElementsAre("box.vrd", "many.vrd"));
 }
 
+TEST_F(Cancel, CtrlCLeavesADocumentThatIsEditedInPlace) {
+    EXPECT_EQ(InterruptWhileLoading({"clean", many_, "-o", many_}).status, kInterrupted);
+    EXPECT_EQ(Read("many.vrd").size(), length_);
+    EXPECT_THAT(Names(), ElementsAre("many.vrd"));
+}
+
 TEST_F(Cancel, CtrlCDuringAStoreRemovesTheTemporaryFile) {
     const std::string target = StoreDocument("box.vrd", {UnitBox()});
     const Bytes before = Read("box.vrd");

@@ -12,7 +12,8 @@ constexpr int kWrongUsage = 2;
 
 TEST_F(CommandLine, HelpNamesEverySubcommandAndTheExitStatuses) {
     const std::string help = ExpectSuccess(RunHost({"--help"}));
-    for (const char* const name : {"import", "export", "info", "edges", "copy"})
+    for (const char* const name : {"import", "export", "make", "info", "edges", "copy", "clean",
+                                   "normals", "transform", "reverse", "delete-faces", "merge"})
         EXPECT_THAT(help, HasSubstr(std::string("\n  ") + name + " "));
     EXPECT_THAT(help, HasSubstr("0 success, 1 failure, 2 wrong usage, 130 interrupted"));
 }
