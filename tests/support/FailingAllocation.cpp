@@ -18,17 +18,28 @@ bool IsToFail(std::size_t number) {
     return failing != 0 && (failsFromThenOn ? number >= failing : number == failing);
 }
 
-}  // namespace
-
-void* operator new(std::size_t size) {
+// Counts an allocation that `allocate` makes, or fails in its place.
+template <class Allocate>
+void* Counted(const Allocate& allocate) {
     const std::size_t number = ++allocationCount;
-    void* const memory = IsToFail(number) ? nullptr : std::malloc(size > 0 ? size : 1);
+    void* const memory = IsToFail(number) ? nullptr : allocate();
     if (memory == nullptr) {
         hasHappened = true;
         throw std::bad_alloc();
     }
     ++liveCount;
     return memory;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    return Counted([=] { return std::malloc(size > 0 ? size : 1); });
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    const auto bytes = static_cast<std::size_t>(alignment);
+    return Counted([=] { return std::aligned_alloc(bytes, (size + bytes - 1) / bytes * bytes); });
 }
 
 void operator delete(void* memory) noexcept {
@@ -38,6 +49,14 @@ void operator delete(void* memory) noexcept {
 }
 
 void operator delete(void* memory, std::size_t) noexcept {
+    operator delete(memory);
+}
+
+void operator delete(void* memory, std::align_val_t) noexcept {
+    operator delete(memory);
+}
+
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
     operator delete(memory);
 }
 

@@ -83,6 +83,8 @@ class CreatedMeshes {
 public:
     CreatedMeshes() {
         Objects().clear();
+        // Noting an object must not fail where a test lets allocations fail.
+        Objects().reserve(64);
         OriginalPrimitive() = Exchange<VraMeshPrimitive>(&CreatePrimitive);
         OriginalMesh() = Exchange<VraMesh>(&CreateMesh);
     }
