@@ -4,6 +4,7 @@
 #include <afx.h>
 
 #include <cstddef>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -78,19 +79,22 @@ inline std::vector<Mesh> LoadedObjects(const Bytes& bytes, std::size_t count, in
 /// Holds every mesh that archives create during its life.
 ///
 /// An object whose `Serialize` throws is nobody's by contract. This keeps it reachable, so that a
-/// test can look at what was loaded, and deletes it at the end.
+/// test can look at what was loaded, and deletes it at the end. An object that the archive deletes
+/// itself, because it cannot number it, is forgotten.
 class CreatedMeshes {
 public:
     CreatedMeshes() {
         Objects().clear();
         // Noting an object must not fail where a test lets allocations fail.
         Objects().reserve(64);
-        OriginalPrimitive() = Exchange<VraMeshPrimitive>(&CreatePrimitive);
-        OriginalMesh() = Exchange<VraMesh>(&CreateMesh);
+        OriginalPrimitive() = Exchange<VraMeshPrimitive>(&Create<VraMeshPrimitive>);
+        OriginalMesh() = Exchange<VraMesh>(&Create<VraMesh>);
     }
     ~CreatedMeshes() {
         Exchange<VraMeshPrimitive>(OriginalPrimitive());
         Exchange<VraMesh>(OriginalMesh());
+        // None of them is in the list any more when it goes.
+        const std::vector<Mesh> objects = std::move(Objects());
         Objects().clear();
     }
     CreatedMeshes(const CreatedMeshes&) = delete;
@@ -100,30 +104,50 @@ public:
     const Mesh& operator[](std::size_t number) const { return Objects().at(number); }
 
 private:
-    using Create = decltype(CRuntimeClass::m_pfnCreateObject);
+    using CreateFunction = decltype(CRuntimeClass::m_pfnCreateObject);
+
+    template <class Class>
+    class Tracked final : public Class {
+    private:
+        ~Tracked() override {
+            for (Mesh& object : Objects()) {
+                if (object.get() == this) {
+                    object.detach();
+                    std::swap(object, Objects().back());
+                    Objects().pop_back();
+                    return;
+                }
+            }
+        }
+    };
 
     static std::vector<Mesh>& Objects() {
         static std::vector<Mesh> objects;
         return objects;
     }
-    static Create& OriginalPrimitive() {
-        static Create original = nullptr;
+    static CreateFunction& OriginalPrimitive() {
+        static CreateFunction original = nullptr;
         return original;
     }
-    static Create& OriginalMesh() {
-        static Create original = nullptr;
+    static CreateFunction& OriginalMesh() {
+        static CreateFunction original = nullptr;
         return original;
     }
     template <class Class>
-    static Create Exchange(Create replacement) {
+    static CreateFunction Exchange(CreateFunction replacement) {
         return std::exchange(RUNTIME_CLASS(Class)->m_pfnCreateObject, replacement);
     }
-    static CObject* Noted(CObject* object) {
-        Objects().emplace_back(static_cast<VraMeshPrimitive*>(object));
+    template <class Class>
+    static CObject* PASCAL Create() {
+        Class* object = nullptr;
+        try {
+            object = new Tracked<Class>;
+        } catch (const std::bad_alloc&) {
+            return nullptr;
+        }
+        Objects().emplace_back(object);
         return object;
     }
-    static CObject* PASCAL CreatePrimitive() { return Noted(OriginalPrimitive()()); }
-    static CObject* PASCAL CreateMesh() { return Noted(OriginalMesh()()); }
 };
 
 }  // namespace Vr::test
