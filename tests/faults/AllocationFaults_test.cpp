@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <exception>
 #include <functional>
+#include <ostream>
 #include <set>
 #include <string>
 #include <utility>
@@ -31,6 +33,10 @@ struct Operation {
     std::function<void(const Mesh&)> run;
     bool keepsAll;
 };
+
+void PrintTo(const Operation& operation, std::ostream* stream) {
+    *stream << operation.name;
+}
 
 // A soup with a repeated corner, normals and colours in the per-vertex form, texture-UVs and an
 // unused vertex: every operation finds something to do.
@@ -132,6 +138,19 @@ TEST_P(OperationFaults, LeaveNothingBehindAndTheNextAttemptSucceeds) {
     }
 }
 
+// Whether it throws anything; needs no memory to say so.
+template <class Code>
+bool Throws(const Code& code) {
+    try {
+        code();
+        return false;
+    } catch (CException* exception) {
+        exception->Delete();
+    } catch (const std::exception&) {
+    }
+    return true;
+}
+
 TEST(DocumentFaults, StoringFailsWithoutATraceAndSucceedsLater) {
     const std::vector<Mesh> document = FaultDocument();
     MemoryFile good;
@@ -146,7 +165,7 @@ TEST(DocumentFaults, StoringFailsWithoutATraceAndSucceedsLater) {
                 MemoryFile file;
                 {
                     const FailAllocation failure(number, fails);
-                    hasFailed = CaughtFrom([&] { StoreInto(file, document); }) != Nothing();
+                    hasFailed = Throws([&] { StoreInto(file, document); });
                     hasHappened = failure.HasHappened();
                 }
                 MemoryFile again;
@@ -180,8 +199,7 @@ TEST(DocumentFaults, LoadingFailsWithoutATraceAndSucceedsLater) {
                 std::vector<Mesh> loaded;
                 {
                     const FailAllocation failure(number, fails);
-                    hasFailed =
-                        CaughtFrom([&] { loaded = LoadFrom(file, document.size()); }) != Nothing();
+                    hasFailed = Throws([&] { loaded = LoadFrom(file, document.size()); });
                     hasHappened = failure.HasHappened();
                 }
                 ASSERT_EQ(loaded.empty(), hasHappened);
