@@ -76,7 +76,9 @@ bool VraMeshDegenJudge::Cut(std::vector<TriangleIndex>& triples) {
 }
 
 void VraMeshDegenJudge::CutByValue(std::vector<size_t>& numbers) const {
-    const auto isMarked = [this](size_t, size_t number) { return EntryOf(number) == kRemoved; };
+    const auto isMarked = [this](size_t, size_t number) {
+        return number < newTriangleOf_.size() && newTriangleOf_[number] == kRemoved;
+    };
     numbers.resize(detail::MoveKept(numbers.data(), numbers.size(), isMarked));
 }
 

@@ -129,7 +129,8 @@ private:
     /// Cuts a list with one triple a triangle, as asking about each in turn and then resetting the
     /// index would, and leaves the same state behind. Returns whether any went.
     bool Cut(std::vector<TriangleIndex>& triples);
-    /// Removes the numbers that, taken as triangle numbers, are marked removed. Moves nothing else.
+    /// Removes the numbers that, taken as triangle numbers, are marked removed; a number that no
+    /// triangle has stays. Moves nothing else.
     void CutByValue(std::vector<size_t>& numbers) const;
 
     EMode mode_ = eJudge;

@@ -564,10 +564,10 @@ protected:
     ///   Storage is kept.
     /// - Result: false, and nothing done, when there is no vertex index array; otherwise true.
     /// - Deliberate: a per-triangle list loses the entries whose value is the number of a removed
-    ///   triangle, wherever they stand.
+    ///   triangle, wherever they stand. An entry that is no triangle's number stays.
     /// - Deliberate: the judge is left in table mode when another index array was there to cut, and
     ///   otherwise in the mode that `judgeTriangles` chose.
-    /// - Requires: the judge has an entry for every triangle, triple and per-triangle number.
+    /// - Requires: the judge has an entry for every triangle and for every triple of other lists.
     /// - Throws: `boost::bad_get` when `IsNormalPerVertex` or `IsColorPerVertex` is overridden to
     ///   answer other than the array's form; arrays cut by then stay cut.
     /// - Complexity: linear in the index arrays, no allocation, calling thread only.
@@ -618,8 +618,8 @@ public:
     /// - Result: false when there is no vertex index array; otherwise true, whether or not a
     ///   triangle went.
     /// - Deliberate: a per-triangle list of normals or colours loses the entries whose value is the
-    ///   number of a removed triangle, wherever they stand.
-    /// - Requires: numbers in per-triangle lists are below the triangle count.
+    ///   number of a removed triangle, wherever they stand. An entry that is no triangle's number
+    ///   stays.
     /// - Throws: `std::bad_alloc`, and nothing has changed; `boost::bad_get` as
     ///   `OnRemoveDegenerateMesh`.
     /// - Complexity: linear in the triangles; four bytes a triangle for the table; calling thread

@@ -106,6 +106,17 @@ TEST(RemoveDegenerateMesh, AnArrayOfTwoRolesIsCutOnce) {
                 ElementsAre(TriangleIndex{{0, 0, 0}}, TriangleIndex{{2, 2, 2}}));
 }
 
+// As after `DeleteFacetFaces` of the first of four triangles with a normal each.
+TEST(RemoveDegenerateMesh, APerTriangleEntryThatIsNoTrianglesNumberStays) {
+    const Recording mesh = WithDegenerateTriangle();
+    mesh->SetNormalIndexArray(PerTriangle({1, 2, 3}));
+    mesh->SetColorIndexArray(PerTriangle({static_cast<size_t>(-1), 1, 1000000}));
+    EXPECT_TRUE(mesh->RemoveDegenerateMesh());
+    EXPECT_THAT(PerTriangleOf(*mesh->GetNormalIndexArray()), ElementsAre(2, 3));
+    EXPECT_THAT(PerTriangleOf(*mesh->GetColorIndexArray()),
+                ElementsAre(static_cast<size_t>(-1), 1000000));
+}
+
 TEST(RemoveDegenerateMesh, ValuesUVsAndArrayObjectsStay) {
     const Mesh mesh = FullSquare();
     (*mesh->GetModifiableVertexIndexArray())[1] = {{2, 2, 3}};
