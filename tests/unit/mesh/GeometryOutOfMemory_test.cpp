@@ -135,7 +135,7 @@ TEST(SetDataAsConeCylinderOutOfMemory, HandlesReplacedByThenKeepTheirNewArrays) 
                 EXPECT_EQ(after[kColorIndices], nullptr);
                 std::size_t replaced = 0;
                 for (const Role role : {kVertices, kNormals, kVertexIndices, kNormalIndices})
-                    replaced += after[role] != before[role] ? 1 : 0;
+                    replaced += after[role] != before[role] ? 1U : 0U;
                 replacedCounts.insert(replaced);
                 mesh = FullSquare();
                 before = AddressesOf(*mesh);
