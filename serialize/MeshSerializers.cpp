@@ -6,6 +6,7 @@
 #include "serialize/VrmArchive.h"
 #include "serialize/detail/ArchiveMode.h"
 #include "serialize/detail/ElementBridge.h"
+#include "serialize/detail/MeshFormat.h"
 #include "serialize/detail/RawElements.h"
 #include "serialize/detail/SharedArray.h"
 
@@ -15,15 +16,6 @@ namespace {
 
 using TriangleIndex = VraMeshPrimitive::TriangleIndex;
 using IndexArray = VraMeshPrimitive::IndexArray;
-
-constexpr BYTE kPerVertexFlag = 0;
-constexpr BYTE kPerTriangleFlag = 1;
-
-// Whether streams of this schema have the UV envelope. Deliberate: two conditions, so that 2 to 9,
-// 12 to 19 and all from 20 up have it.
-bool HasUVEnvelope(UINT schema) {
-    return !(schema < 20 && schema % 10 < 2);
-}
 
 template <class Element>
 void WriteContent(CArchive& archive, const std::vector<Element>& elements) {
@@ -137,7 +129,7 @@ void VraMeshPrimitive::Serialize(CArchive& archive) {
     ReadHandle(meshArchive, normalIndexArray_);
     ReadHandle(meshArchive, colorIndexArray_);
     const UINT schema = meshArchive.GetVrmObjectSchema() & ~static_cast<UINT>(VERSIONABLE_SCHEMA);
-    if (HasUVEnvelope(schema))
+    if (detail::HasUVEnvelope(schema))
         ReadHandle(meshArchive, uvArray_);
 }
 
@@ -161,10 +153,10 @@ CArchive& operator>>(CArchive& archive, TriangleIndex& triangle) {
 CArchive& operator<<(CArchive& archive, const IndexArray& indices) {
     detail::RequireStoring(archive);
     if (indices.which() == 1) {
-        archive << kPerVertexFlag;
+        archive << detail::kPerVertexFlag;
         detail::WriteRawElements(archive, boost::get<IndexArray::PerVertex>(indices.data));
     } else {
-        archive << kPerTriangleFlag;
+        archive << detail::kPerTriangleFlag;
         detail::WriteRawElements(archive, boost::get<IndexArray::PerTriangle>(indices.data));
     }
     return archive;
@@ -174,7 +166,7 @@ CArchive& operator>>(CArchive& archive, IndexArray& indices) {
     detail::RequireLoading(archive);
     BYTE flag = 0;
     archive >> flag;
-    if (flag == kPerVertexFlag) {
+    if (flag == detail::kPerVertexFlag) {
         indices.data = IndexArray::PerVertex();
         detail::ReadRawElements(archive, boost::get<IndexArray::PerVertex>(indices.data));
     } else {

@@ -2,45 +2,21 @@
 // Files lie in VERIDANE_BENCH_FOLDER, by default a folder in memory.
 
 #include <afx.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <stdexcept>
 
 #include "serialize/MeshSerializers.h"
 #include "serialize/ValueSerializers.h"
 #include "serialize/VrmArchive.h"
 #include "support/BenchMeshes.h"
+#include "support/ScratchFile.h"
 
 namespace {
 
 using Vr::bench::Case;
+using Vr::bench::ScratchFile;
 
 constexpr UINT kPieceBytes = 64 * 1024;
-
-// A file that is created for one benchmark and removed after it.
-class ScratchFile {
-public:
-    ScratchFile() {
-        const char* const folder = std::getenv("VERIDANE_BENCH_FOLDER");
-        path_ = std::string(folder ? folder : "/dev/shm") + "/veridane-bench-" +
-                std::to_string(getpid());
-        file_.Open(path_.c_str(), CFile::modeCreate | CFile::modeReadWrite);
-    }
-    ~ScratchFile() {
-        file_.Close();
-        CFile::Remove(path_.c_str());
-    }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
-
-    CFile& operator*() { return file_; }
-    CFile* operator->() { return &file_; }
-
-private:
-    std::string path_;
-    CFile file_;
-};
 
 void Store(CFile& file, const Vr::VraMeshPrimitive& mesh) {
     Vr::VrmArchive archive(&file, CArchive::store);
