@@ -1,7 +1,9 @@
-// Strings go through the archive's buffer unit by unit; geometry values through a bridge each.
+// Strings go through the archive's buffer unit by unit; geometry values and objects through a bridge
+// each.
 
 #include "serialize/ValueSerializers.h"
 
+#include <cassert>
 #include <cstdint>
 
 #include "mesh/detail/Throw.h"
@@ -51,6 +53,32 @@ void JoinSurrogates(std::wstring& text) {
         }
     }
     text.resize(kept);
+}
+
+// The object of the next record, whatever its class; null where there is none.
+std::shared_ptr<ON_Object> ReadAnyObject(VrmOpenNurbsBinaryArchive& bridge) {
+    ON_Object* object = nullptr;
+    try {
+        bridge.ReadObject(&object);
+    } catch (...) {
+        delete object;
+        throw;
+    }
+    return object ? std::shared_ptr<ON_Object>(object) : nullptr;
+}
+
+template <class Base>
+void StoreOrLoadObject(CArchive& archive, std::shared_ptr<Base>& handle) {
+    VrmOpenNurbsBinaryArchive bridge(archive);
+    if (archive.IsStoring()) {
+        bridge.WriteObject(static_cast<const ON_Object*>(handle.get()));
+        return;
+    }
+    const auto object = ReadAnyObject(bridge);
+    // Deliberate: not checked. Each class has one base, so that an object of any class stands at the
+    // address of its base; the way over void says that no check is wanted.
+    void* const address = object.get();
+    handle = std::shared_ptr<Base>(object, static_cast<Base*>(address));
 }
 
 }  // namespace
@@ -144,6 +172,26 @@ CArchive& operator<<(CArchive& archive, const ON_Xform& xf) {
 CArchive& operator>>(CArchive& archive, ON_Xform& xf) {
     detail::RequireLoading(archive);
     VrmOpenNurbsBinaryArchive(archive).ReadXform(xf);
+    return archive;
+}
+
+CArchive& operator&(CArchive& archive, std::shared_ptr<ON_Curve>& curve) {
+    StoreOrLoadObject(archive, curve);
+    return archive;
+}
+
+CArchive& operator&(CArchive& archive, std::shared_ptr<ON_Surface>& surface) {
+    StoreOrLoadObject(archive, surface);
+    return archive;
+}
+
+CArchive& operator&(CArchive& archive, std::shared_ptr<ON_Material>& material) {
+    assert(material);
+    VrmOpenNurbsBinaryArchive bridge(archive);
+    if (archive.IsStoring())
+        material->Write(bridge);
+    else
+        material->Read(bridge);
     return archive;
 }
 

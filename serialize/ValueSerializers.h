@@ -4,6 +4,7 @@
 
 #include <opennurbs.h>
 
+#include <memory>
 #include <string>
 
 #include "module/Export.h"
@@ -47,5 +48,39 @@ VERIDANE_MESH_API CArchive& operator>>(CArchive& archive, ON_Arc& arc);
 VERIDANE_MESH_API CArchive& operator<<(CArchive& archive, const ON_Xform& xf);
 VERIDANE_MESH_API CArchive& operator>>(CArchive& archive, ON_Xform& xf);
 /// @}
+
+/// @name Curves and surfaces on any archive
+/// Store or load one object, whichever the archive does, and return the archive.
+///
+/// The stream holds openNURBS's record of the object, which names its class; an empty handle has a
+/// record too. openNURBS 201307115 and the embedded kernel store the NURBS form of whatever has one,
+/// so that a line comes back as a NURBS curve.
+///
+/// - Sharing: storing writes the object once for each handle. Loading gives the handle a new object,
+///   or none, and lets go of the one it held.
+/// - Deliberate: openNURBS's result is not looked at. A record that it finds faulty leaves an empty
+///   handle, or the object as far as it was read. Where the archive goes on is openNURBS's too: at
+///   the end that the record gives for itself, where it got that far.
+/// - Deliberate: the class of the object is not checked. A surface where a curve is expected ends up
+///   in a handle to a curve; whoever cannot trust the stream asks the object for its `ClassId`.
+/// - Throws: what the file throws; the handle is then unchanged.
+/// @{
+VERIDANE_MESH_API CArchive& operator&(CArchive& archive, std::shared_ptr<ON_Curve>& curve);
+VERIDANE_MESH_API CArchive& operator&(CArchive& archive, std::shared_ptr<ON_Surface>& surface);
+/// @}
+
+/// Stores or loads a material, whichever the archive does, and returns the archive.
+///
+/// The stream holds the material's own fields without a record around them, in openNURBS's oldest
+/// form: reflectivity, flags and most of the textures are lost, shine and transparency come back
+/// limited to their ranges and rounded to float.
+///
+/// - Sharing: loading sets the fields of the material that the handle holds, which every other
+///   holder sees.
+/// - Deliberate: a material cut short is not reported; openNURBS sets all fields to their defaults
+///   first and leaves those that did not come so.
+/// - Requires: the handle holds a material, also when loading.
+/// - Throws: what the file throws.
+VERIDANE_MESH_API CArchive& operator&(CArchive& archive, std::shared_ptr<ON_Material>& material);
 
 }  // namespace Vr
