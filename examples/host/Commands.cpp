@@ -28,6 +28,12 @@ bool IsWhole(const std::string& text) {
 
 }  // namespace
 
+void AddInput(CLI::App& command, DocumentSource& source, const std::string& name) {
+    command.add_option(name, source.path, "The document to load")->required();
+    command.add_flag("--trust", source.isTrusted,
+                     "Loads the document without checking it first; only for files of one's own");
+}
+
 void AddOutput(CLI::App& command, std::string& path) {
     command.add_option("-o,--output", path, "The document to store")->required();
 }

@@ -14,11 +14,13 @@ namespace Host {
 void AddModelCommands(CLI::App& app);
 /// `make` (ShapeCommands.cpp).
 void AddShapeCommands(CLI::App& app);
-/// `info`, `edges` and `copy` (DocumentCommands.cpp).
+/// `check`, `info`, `edges` and `copy` (DocumentCommands.cpp).
 void AddDocumentCommands(CLI::App& app);
 /// `clean`, `normals`, `transform`, `reverse`, `delete-faces` and `merge` (EditCommands.cpp).
 void AddEditCommands(CLI::App& app);
 
+/// Adds the argument `name`, a document to load, and the option to trust it.
+void AddInput(CLI::App& command, DocumentSource& source, const std::string& name = "document");
 /// Adds the option that names the document to store.
 void AddOutput(CLI::App& command, std::string& path);
 /// @name Checks of what an option was given

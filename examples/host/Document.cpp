@@ -6,6 +6,7 @@
 #include <string>
 
 #include "DocumentCheck.h"
+#include "DocumentLayout.h"
 #include "Failure.h"
 #include "Interrupt.h"
 #include "LoadFile.h"
@@ -17,24 +18,23 @@ namespace Host {
 
 namespace {
 
-constexpr DWORD kMagic = 0x4D445256;    // "VRDM" in the file
-constexpr DWORD kEndMark = 0x444E4556;  // "VEND" in the file
-constexpr DWORD kVersion = 1;
-// Class number, crease angle and the six arrays that every version of a mesh has, all absent.
-constexpr ULONGLONG kSmallestObjectBytes = 2 + 8 + 6;
 // For documents of many small objects; large arrays go past the buffer in pieces of their own.
 constexpr int kArchiveBufferBytes = 64 << 10;
+
+Failure Damaged(const std::filesystem::path& path, const std::string& reason) {
+    return Failure(path, "damaged document: " + reason);
+}
 
 void ReadHeader(Vr::VrmArchive& archive, const std::filesystem::path& path) {
     DWORD magic = 0;
     if (archive.GetFile()->GetLength() >= sizeof(magic))
         archive >> magic;
     if (magic != kMagic)
-        throw Failure(path, "not a mesh document");
+        throw Failure(path, kNoDocument);
     DWORD version = 0;
     archive >> version;
     if (version != kVersion)
-        throw Failure(path, "document format " + std::to_string(version) + " is not known");
+        throw Failure(path, UnknownVersion(version));
 }
 
 // A damaged count must not be believed before there is room for so many objects in the file.
@@ -42,8 +42,7 @@ size_t ReadObjectCount(Vr::VrmArchive& archive, const std::filesystem::path& pat
     ULONGLONG count = 0;
     archive >> count;
     if (count > archive.GetFile()->GetLength() / kSmallestObjectBytes)
-        throw Failure(path, "damaged document: it is too short for its " + std::to_string(count) +
-                                " objects");
+        throw Damaged(path, TooShort(count));
     return static_cast<size_t>(count);
 }
 
@@ -55,7 +54,7 @@ Mesh ReadObject(Vr::VrmArchive& archive, const std::filesystem::path& path) {
     CRuntimeClass* const storedClass =
         archive.ReadClass(RUNTIME_CLASS(Vr::VraMeshPrimitive), &schema, &objectNumber);
     if (storedClass == nullptr)
-        throw Failure(path, "damaged document: an object is missing");
+        throw Damaged(path, kObjectMissing);
     const Mesh mesh(static_cast<Vr::VraMeshPrimitive*>(storedClass->CreateObject()));
     if (!mesh)
         AfxThrowMemoryException();
@@ -71,7 +70,7 @@ void ReadEnd(Vr::VrmArchive& archive, const std::filesystem::path& path) {
     CFile* const file = archive.GetFile();
     archive.Close();  // leaves the file where the document ended
     if (endMark != kEndMark || file->GetPosition() != file->GetLength())
-        throw Failure(path, "damaged document: it does not end behind its last object");
+        throw Damaged(path, kWrongEnd);
 }
 
 Document ReadDocument(LoadFile& file, const std::filesystem::path& path) {
@@ -113,12 +112,16 @@ void WriteDocument(const Document& document, CFile& file, Progress& progress) {
 
 }  // namespace
 
-Document LoadDocument(const std::filesystem::path& path) {
+Document LoadDocument(const DocumentSource& source) {
+    const std::filesystem::path path = source.path;
     try {
         LoadFile file(path);
+        if (!source.isTrusted) {
+            RequireSafe(file, path);
+            file.SeekToBegin();
+        }
         Document document = ReadDocument(file, path);
         ThrowIfInterrupted();
-        CheckObjects(document, path);
         return document;
     } catch (...) {
         RethrowAsFailure(path);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "mesh/VraMesh.h"
@@ -16,15 +17,22 @@ struct Document {
     std::vector<Mesh> objects;
 };
 
-/// Loads a document; the file layout is in docs/sample-host.md.
+/// Where a document is loaded from.
+struct DocumentSource {
+    std::string path;
+    bool isTrusted = false;  ///< Is loaded without being checked.
+};
+
+/// Checks a document and loads it; the file layout is in docs/sample-host.md.
 ///
-/// Shows its progress and can be cancelled with Ctrl-C before each object. Whatever was loaded by
-/// then is released.
+/// Check and load read one open file. Shows the progress of the load and can be cancelled with Ctrl-C
+/// before each object. Whatever was loaded by then is released.
 ///
-/// - Result: objects whose numbers are all in range (`CheckObjects`).
+/// - Result: objects on which every operation may run. Of a trusted document nothing is known but that
+///   it was read to its end; a hostile one may have done any harm by then.
 /// - Throws: `Failure` for a file that cannot be read, is no document, is damaged or was stored by a
 ///   newer version; `Interrupted`.
-Document LoadDocument(const std::filesystem::path& path);
+Document LoadDocument(const DocumentSource& source);
 
 /// Stores a document in place of the one that was there, if any, and returns its length in bytes.
 ///

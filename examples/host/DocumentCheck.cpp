@@ -1,12 +1,13 @@
-// Kinds first, for all objects: a stream can name one array in roles of different element types, and
-// such an array must not be looked into. Only then the numbers.
+// The layout of docs/sample-host.md once more, as a check. A hostile document must not be loaded even
+// to be looked at: one wrong array number, and memory is not what it was.
 
 #include "DocumentCheck.h"
 
 #include <algorithm>
-#include <string>
-#include <unordered_map>
+#include <iterator>
+#include <utility>
 
+#include "DocumentLayout.h"
 #include "Failure.h"
 #include "Interrupt.h"
 
@@ -14,102 +15,100 @@ namespace Host {
 
 namespace {
 
-using Vr::VraMeshPrimitive;
-using TriangleIndex = VraMeshPrimitive::TriangleIndex;
-using IndexArray = VraMeshPrimitive::IndexArray;
+// In front of the object count: a finding there means that this is another kind of file.
+constexpr uint64_t kCountOffset = 8;
 
-enum class Kind { Points, Vectors, Colors, Triangles, Indices, UVs };
-
-// Tells one object of one document from the others in a text.
-class Finding {
+// Moves what the stream has found since the last call, for one object.
+class Collector {
 public:
-    Finding(const std::filesystem::path& path, size_t object) : path_(path), object_(object) {}
-    [[noreturn]] void Throw(const std::string& reason) const {
-        throw Failure(path_,
-                      "damaged document: object " + std::to_string(object_ + 1) + ": " + reason);
+    Collector(const Vr::CheckStream& stream, DocumentReport& report)
+        : stream_(stream), report_(report) {}
+
+    void Collect(uint64_t objectNumber) {
+        const auto& findings = stream_.Result().findings;
+        for (; collectedCount_ < findings.size(); ++collectedCount_)
+            report_.findings.push_back({objectNumber, findings[collectedCount_]});
     }
 
 private:
-    const std::filesystem::path& path_;
-    size_t object_;
+    const Vr::CheckStream& stream_;
+    DocumentReport& report_;
+    size_t collectedCount_ = 0;
 };
 
-class KindTable {
-public:
-    void Enter(const void* array, Kind kind, const Finding& finding) {
-        if (array != nullptr && kindOf_.emplace(array, kind).first->second != kind)
-            finding.Throw("an array stands for data of another kind");
+// Returns the object count, 0 where there is none to believe.
+ULONGLONG CheckHeader(Vr::CheckStream& stream) {
+    DWORD magic = 0;
+    if (stream.Remaining() < sizeof(magic) || !stream.Value(magic) || magic != kMagic) {
+        stream.Refuse(kNoDocument);
+        return 0;
     }
-
-private:
-    std::unordered_map<const void*, Kind> kindOf_;
-};
-
-void EnterArrays(const VraMeshPrimitive& mesh, KindTable& kinds, const Finding& finding) {
-    kinds.Enter(mesh.GetVertexArray().get(), Kind::Points, finding);
-    kinds.Enter(mesh.GetNormalArray().get(), Kind::Vectors, finding);
-    kinds.Enter(mesh.GetColorArray().get(), Kind::Colors, finding);
-    kinds.Enter(mesh.GetVertexIndexArray().get(), Kind::Triangles, finding);
-    kinds.Enter(mesh.GetNormalIndexArray().get(), Kind::Indices, finding);
-    kinds.Enter(mesh.GetColorIndexArray().get(), Kind::Indices, finding);
-    kinds.Enter(mesh.GetUVArray().get(), Kind::UVs, finding);
+    DWORD version = 0;
+    if (stream.Value(version) && version != kVersion)
+        stream.Refuse(UnknownVersion(version));
+    ULONGLONG count = 0;
+    if (stream.Value(count) && count > stream.Remaining() / kSmallestObjectBytes)
+        stream.Refuse(TooShort(count));
+    return count;
 }
 
-bool AreBelow(const std::vector<size_t>& numbers, size_t count) {
-    return std::all_of(numbers.begin(), numbers.end(),
-                       [count](size_t number) { return number < count; });
+void CheckObject(Vr::CheckStream& stream) {
+    const Vr::CheckedObject object = stream.Object();
+    if (object == Vr::CheckedObject::Null || object == Vr::CheckedObject::Known)
+        stream.Refuse(kObjectMissing);
 }
 
-bool AreBelow(const std::vector<TriangleIndex>& triangles, size_t count) {
-    return std::all_of(triangles.begin(), triangles.end(), [count](const TriangleIndex& triangle) {
-        return triangle[0] < count && triangle[1] < count && triangle[2] < count;
-    });
+void CheckEnd(Vr::CheckStream& stream) {
+    DWORD endMark = 0;
+    if (stream.Value(endMark) && (endMark != kEndMark || stream.Remaining() > 0))
+        stream.Refuse(kWrongEnd);
 }
 
-template <class Array>
-size_t SizeOf(const std::shared_ptr<Array>& array) {
-    return array ? array->size() : 0;
-}
-
-// `name` says what the numbers address, as in "normal".
-void CheckIndices(const IndexArray* indices, size_t triangleCount, size_t valueCount,
-                  const std::string& name, const Finding& finding) {
-    if (indices == nullptr)
-        return;
-    const auto check = [&](const auto& numbers) {
-        if (numbers.size() != triangleCount)
-            finding.Throw(std::to_string(numbers.size()) + " " + name + " entries for " +
-                          std::to_string(triangleCount) + " triangles");
-        if (!AreBelow(numbers, valueCount))
-            finding.Throw("a " + name + " number is out of range");
-    };
-    if (indices->which() == 1)
-        check(boost::get<IndexArray::PerVertex>(indices->data));
-    else
-        check(boost::get<IndexArray::PerTriangle>(indices->data));
-}
-
-void CheckNumbers(const VraMeshPrimitive& mesh, const Finding& finding) {
-    const auto triangles = mesh.GetVertexIndexArray();
-    const size_t triangleCount = SizeOf(triangles);
-    if (triangles && !AreBelow(*triangles, SizeOf(mesh.GetVertexArray())))
-        finding.Throw("a vertex number is out of range");
-    CheckIndices(mesh.GetNormalIndexArray().get(), triangleCount, SizeOf(mesh.GetNormalArray()),
-                 "normal", finding);
-    CheckIndices(mesh.GetColorIndexArray().get(), triangleCount, SizeOf(mesh.GetColorArray()),
-                 "colour", finding);
+std::string ReasonOf(const DocumentFinding& finding) {
+    const bool isOtherFile =
+        finding.finding.code == Vr::CheckCode::HostContent && finding.finding.offset < kCountOffset;
+    return isOtherFile ? finding.finding.text : "damaged document: " + Describe(finding);
 }
 
 }  // namespace
 
-void CheckObjects(const Document& document, const std::filesystem::path& path) {
-    KindTable kinds;
-    for (size_t object = 0; object < document.objects.size(); ++object)
-        EnterArrays(*document.objects[object], kinds, Finding(path, object));
-    for (size_t object = 0; object < document.objects.size(); ++object) {
+DocumentReport CheckDocument(CFile& file) {
+    file.SeekToBegin();
+    Vr::CheckStream stream(file);
+    DocumentReport report;
+    Collector collector(stream, report);
+    const ULONGLONG count = CheckHeader(stream);
+    collector.Collect(0);
+    for (ULONGLONG number = 1; number <= count && stream.CanGoOn(); ++number) {
         ThrowIfInterrupted();
-        CheckNumbers(*document.objects[object], Finding(path, object));
+        CheckObject(stream);
+        collector.Collect(number);
     }
+    CheckEnd(stream);
+    collector.Collect(0);
+    report.summary = stream.Result();
+    report.summary.findings.clear();
+    return report;
+}
+
+std::string Describe(const DocumentFinding& finding) {
+    const std::string object = finding.objectNumber > 0
+                                   ? "object " + std::to_string(finding.objectNumber) + ", "
+                                   : std::string();
+    return object + "byte " + std::to_string(finding.finding.offset) + ": " + finding.finding.text;
+}
+
+void RequireSafe(CFile& file, const std::filesystem::path& path) {
+    const DocumentReport report = CheckDocument(file);
+    if (report.summary.IsSafe())
+        return;
+    const auto found = std::find_if(
+        report.findings.begin(), report.findings.end(), [](const DocumentFinding& finding) {
+            return Vr::SeverityOf(finding.finding.code) > Vr::CheckSeverity::Note;
+        });
+    throw Failure(path, found != report.findings.end()
+                            ? ReasonOf(*found)
+                            : "damaged document: too much is odd about it to say what is wrong");
 }
 
 }  // namespace Host

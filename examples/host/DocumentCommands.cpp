@@ -1,40 +1,79 @@
-// `info`, `edges` and `copy`: documents as they are.
+// `check`, `info`, `edges` and `copy`: documents as they are.
+
+#include <fmt/core.h>
 
 #include <memory>
 #include <string>
 
 #include "Commands.h"
+#include "DocumentCheck.h"
+#include "Failure.h"
 #include "Info.h"
+#include "LoadFile.h"
 #include "Output.h"
 
 namespace Host {
 
 namespace {
 
-void AddInfo(CLI::App& app) {
+DocumentReport CheckFile(const std::string& path) {
+    try {
+        LoadFile file(path);
+        return CheckDocument(file);
+    } catch (...) {
+        RethrowAsFailure(path);
+    }
+}
+
+void Check(const std::string& path) {
+    const DocumentReport report = CheckFile(path);
+    for (const DocumentFinding& finding : report.findings) {
+        const Vr::CheckCode code = finding.finding.code;
+        Print(fmt::format("{} ({}, {})\n", Describe(finding), NameOf(SeverityOf(code)),
+                          NameOf(code)));
+    }
+    const uint64_t untoldCount = report.summary.findingCount - report.findings.size();
+    if (untoldCount > 0)
+        Print(fmt::format("and {} more\n", untoldCount));
+    if (!report.summary.IsSafe())
+        throw Failure(path, "not safe to load");
+    Print(fmt::format("{}: safe to load, {}, {}\n", path,
+                      Counted(report.summary.objectCount, "object", "objects"),
+                      Counted(report.summary.arrayCount, "array", "arrays")));
+}
+
+void AddCheck(CLI::App& app) {
     const auto path = std::make_shared<std::string>();
+    CLI::App* const command =
+        app.add_subcommand("check", "Tells what is wrong with a document, without loading it");
+    command->add_option("document", *path, "The document to check")->required();
+    command->callback([path] { Check(*path); });
+}
+
+void AddInfo(CLI::App& app) {
+    const auto source = std::make_shared<DocumentSource>();
     CLI::App* const command = app.add_subcommand("info", "Describes what a document holds");
-    command->add_option("document", *path, "The document to load")->required();
-    command->callback([path] { Print(DescribeDocument(LoadDocument(*path), *path)); });
+    AddInput(*command, *source);
+    command->callback([source] { Print(DescribeDocument(LoadDocument(*source), source->path)); });
 }
 
 void AddEdges(CLI::App& app) {
-    const auto path = std::make_shared<std::string>();
+    const auto source = std::make_shared<DocumentSource>();
     CLI::App* const command = app.add_subcommand(
         "edges", "Lists the free edges: object, first vertex, second vertex, a line each");
-    command->add_option("document", *path, "The document to load")->required();
-    command->callback([path] { Print(ListFreeEdges(LoadDocument(*path))); });
+    AddInput(*command, *source);
+    command->callback([source] { Print(ListFreeEdges(LoadDocument(*source))); });
 }
 
 void AddCopy(CLI::App& app) {
     struct Options {
-        std::string source;
+        DocumentSource source;
         std::string target;
     };
     const auto options = std::make_shared<Options>();
     CLI::App* const command = app.add_subcommand(
         "copy", "Loads a document and stores it again; the bytes come out equal");
-    command->add_option("source", options->source, "The document to load")->required();
+    AddInput(*command, options->source, "source");
     command->add_option("target", options->target, "The document to store")->required();
     command->callback(
         [options] { StoreAndReport(LoadDocument(options->source), options->target); });
@@ -43,6 +82,7 @@ void AddCopy(CLI::App& app) {
 }  // namespace
 
 void AddDocumentCommands(CLI::App& app) {
+    AddCheck(app);
     AddInfo(app);
     AddEdges(app);
     AddCopy(app);

@@ -2,7 +2,7 @@
 ///
 /// The library leaves the order of its operations and the sharing between objects to the host. So each
 /// function here says which operations it chains and what it does about arrays that objects share.
-/// All of them work on documents whose numbers are in range (`CheckObjects`), look for Ctrl-C between
+/// All of them work on documents whose numbers are in range (`RequireSafe`), look for Ctrl-C between
 /// two objects (`Interrupted`) and may leave a document half edited when they throw: throw it away then.
 #pragma once
 

@@ -22,12 +22,12 @@ constexpr double kRadiansPerDegree = ON_PI / 180.0;
 
 // What all editing commands have in common.
 struct EditOptions {
-    std::string input;
+    DocumentSource input;
     std::string output;
 };
 
 void AddEditOptions(CLI::App& command, EditOptions& options) {
-    command.add_option("document", options.input, "The document to load")->required();
+    AddInput(command, options.input);
     AddOutput(command, options.output);
 }
 
@@ -45,7 +45,7 @@ std::string ApplyEdit(const Edit& edit, Document& document, const std::string& i
 
 void EditDocument(const EditOptions& options, const Edit& edit) {
     Document document = LoadDocument(options.input);
-    const std::string done = ApplyEdit(edit, document, options.input);
+    const std::string done = ApplyEdit(edit, document, options.input.path);
     StoreAndReport(document, options.output, done);
 }
 

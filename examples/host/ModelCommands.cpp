@@ -37,8 +37,8 @@ void Import(const std::vector<std::string>& models, const std::string& output) {
     StoreAndReport(document, output);
 }
 
-void Export(const std::string& path, const std::string& model) {
-    const size_t triangleCount = ExportModel(LoadDocument(path), model);
+void Export(const DocumentSource& source, const std::string& model) {
+    const size_t triangleCount = ExportModel(LoadDocument(source), model);
     Print(fmt::format("exported {}: {}\n", model, Counted(triangleCount, "triangle", "triangles")));
 }
 
@@ -58,13 +58,13 @@ void AddImport(CLI::App& app) {
 
 void AddExport(CLI::App& app) {
     struct Options {
-        std::string document;
+        DocumentSource document;
         std::string model;
     };
     const auto options = std::make_shared<Options>();
     CLI::App* const command =
         app.add_subcommand("export", "Writes the meshes of a document to a model file");
-    command->add_option("document", options->document, "The document to load")->required();
+    AddInput(*command, options->document);
     command
         ->add_option("model", options->model,
                      "The model file; its extension says the format (obj, stl, ply, gltf...)")

@@ -12,8 +12,9 @@ constexpr int kWrongUsage = 2;
 
 TEST_F(CommandLine, HelpNamesEverySubcommandAndTheExitStatuses) {
     const std::string help = ExpectSuccess(RunHost({"--help"}));
-    for (const char* const name : {"import", "export", "make", "info", "edges", "copy", "clean",
-                                   "normals", "transform", "reverse", "delete-faces", "merge"})
+    for (const char* const name :
+         {"import", "export", "make", "check", "info", "edges", "copy", "clean", "normals",
+          "transform", "reverse", "delete-faces", "merge"})
         EXPECT_THAT(help, HasSubstr(std::string("\n  ") + name + " "));
     EXPECT_THAT(help, HasSubstr("0 success, 1 failure, 2 wrong usage, 130 interrupted"));
 }
@@ -22,6 +23,12 @@ TEST_F(CommandLine, HelpOfASubcommandNamesItsArguments) {
     const std::string help = ExpectSuccess(RunHost({"import", "--help"}));
     EXPECT_THAT(help, HasSubstr("model"));
     EXPECT_THAT(help, HasSubstr("--output"));
+}
+
+TEST_F(CommandLine, EveryCommandThatLoadsADocumentMayTrustIt) {
+    for (const char* const name : {"export", "info", "edges", "copy", "clean", "normals",
+                                   "transform", "reverse", "delete-faces", "merge"})
+        EXPECT_THAT(ExpectSuccess(RunHost({name, "--help"})), HasSubstr("--trust")) << name;
 }
 
 TEST_F(CommandLine, VersionIsNameAndNumber) {

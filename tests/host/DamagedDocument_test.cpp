@@ -4,6 +4,7 @@ namespace Vr::test {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using IndexArray = VraMeshPrimitive::IndexArray;
 using TriangleIndex = VraMeshPrimitive::TriangleIndex;
 
@@ -11,19 +12,39 @@ constexpr const char* kEndsTooEarly = "damaged document: it ends too early";
 constexpr const char* kNoDocument = "not a mesh document";
 constexpr const char* kUnknownClass = "damaged document: it holds an object of an unknown class";
 
+// The reason why a checked document is refused, and why one that is trusted fails to load.
+struct Reasons {
+    std::string whenChecked;
+    std::string whenTrusted;
+};
+
+std::string Damaged(const std::string& finding) {
+    return "damaged document: " + finding;
+}
+
 class DamagedDocument : public HostTest {
 protected:
     void ExpectRefused(const Bytes& document, const std::string& reason) const {
-        const std::string path = Write("damaged.vrd", document);
-        ExpectFailure(RunHost({"copy", path, Path("copy.vrd")}), path, reason);
-        EXPECT_THAT(Names(), ElementsAre("damaged.vrd"));
+        ExpectFailureToCopy(document, reason, {});
     }
-    void ExpectRefused(const ByteScript& document, const std::string& reason) const {
-        ExpectRefused(document.Bytes(), reason);
+    void ExpectRefused(const ByteScript& document, const Reasons& reasons) const {
+        ExpectFailureToCopy(document.Bytes(), reasons.whenChecked, {});
+        ExpectFailureToCopy(document.Bytes(), reasons.whenTrusted, {"--trust"});
     }
-    void ExpectRefused(const Mesh& mesh, const std::string& reason) const {
+    // Is loaded by who trusts it, so that is not tried.
+    void ExpectRefused(const Mesh& mesh, const std::string& finding) const {
         StoreDocument("damaged.vrd", {mesh});
-        ExpectRefused(Read("damaged.vrd"), "damaged document: object 1: " + reason);
+        ExpectRefused(Read("damaged.vrd"), Damaged("object 1, " + finding));
+    }
+
+private:
+    void ExpectFailureToCopy(const Bytes& document, const std::string& reason,
+                             const std::vector<std::string>& options) const {
+        const std::string path = Write("damaged.vrd", document);
+        std::vector<std::string> arguments = {"copy", path, Path("copy.vrd")};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        ExpectFailure(RunHost(arguments), path, reason);
+        EXPECT_THAT(Names(), ElementsAre("damaged.vrd"));
     }
 };
 
@@ -48,7 +69,7 @@ TEST_F(DamagedDocument, AFileThatMayNotBeRead) {
 }
 
 TEST_F(DamagedDocument, AnEmptyFile) {
-    ExpectRefused(Bytes(), kNoDocument);
+    ExpectRefused(ByteScript(), {kNoDocument, kNoDocument});
 }
 
 TEST_F(DamagedDocument, AModelFile) {
@@ -57,8 +78,9 @@ TEST_F(DamagedDocument, AModelFile) {
 }
 
 TEST_F(DamagedDocument, AFormatOfTheFuture) {
+    const std::string reason = "document format 2 is not known";
     ExpectRefused(ByteScript().Text("VRDM", "magic word").Dword(2, "format").Qword(0, "count"),
-                  "document format 2 is not known");
+                  {reason, reason});
 }
 
 // Every length of the header and of a small object, where each field is cut in two.
@@ -66,8 +88,14 @@ TEST_F(DamagedDocument, EveryPrefixOfASmallDocumentIsRefused) {
     const ByteScript document = DocumentHeader(1).Append(FirstEmptyMesh()).Append(DocumentEnd());
     for (size_t length = 0; length < document.Bytes().size(); ++length) {
         SCOPED_TRACE(length);
+        const std::string path = Write("damaged.vrd", document.Prefix(length));
         const bool isMagicWordThere = length >= 4;
-        ExpectRefused(document.Prefix(length), isMagicWordThere ? kEndsTooEarly : kNoDocument);
+        ExpectFailure(RunHost({"info", path, "--trust"}), path,
+                      isMagicWordThere ? kEndsTooEarly : kNoDocument);
+        const HostResult checked = RunHost({"info", path});
+        EXPECT_EQ(checked.status, 1);
+        EXPECT_EQ(checked.out, "");
+        EXPECT_THAT(checked.err, HasSubstr(isMagicWordThere ? "damaged document: " : kNoDocument));
     }
 }
 
@@ -80,51 +108,59 @@ TEST_F(DamagedDocument, PrefixesThatEndInColoursAndUVsAreRefused) {
     std::filesystem::remove(Path("painted.vrd"));
     for (size_t length = 17; length < document.size(); length += 13) {
         SCOPED_TRACE(length);
-        ExpectRefused(Bytes(document.begin(), document.begin() + static_cast<ptrdiff_t>(length)),
-                      kEndsTooEarly);
+        const Bytes prefix(document.begin(), document.begin() + static_cast<ptrdiff_t>(length));
+        const std::string path = Write("damaged.vrd", prefix);
+        ExpectFailure(RunHost({"info", path, "--trust"}), path, kEndsTooEarly);
+        EXPECT_EQ(RunHost({"info", path}).status, 1);
     }
 }
 
 TEST_F(DamagedDocument, BytesBehindTheEndMark) {
     ExpectRefused(DocumentHeader(0).Append(DocumentEnd()).Byte(0, "one too many"),
-                  "damaged document: it does not end behind its last object");
+                  {Damaged("byte 16: it does not end behind its last object"),
+                   Damaged("it does not end behind its last object")});
 }
 
 TEST_F(DamagedDocument, ACountBelowTheObjectsThatAreThere) {
     ExpectRefused(
         DocumentHeader(1).Append(FirstEmptyMesh()).Append(LaterEmptyMesh()).Append(DocumentEnd()),
-        "damaged document: it does not end behind its last object");
+        {Damaged("byte 44: it does not end behind its last object"),
+         Damaged("it does not end behind its last object")});
 }
 
 TEST_F(DamagedDocument, ACountThatTheFileHasNoRoomFor) {
     ExpectRefused(DocumentHeader(0xFFFFFFFFFFFFFFFF).Append(FirstEmptyMesh()).Append(DocumentEnd()),
-                  "damaged document: it is too short for its 18446744073709551615 objects");
+                  {Damaged("byte 8: it is too short for its 18446744073709551615 objects"),
+                   Damaged("it is too short for its 18446744073709551615 objects")});
 }
 
 TEST_F(DamagedDocument, AClassThatDoesNotExist) {
-    ExpectRefused(DocumentHeader(1)
-                      .NewClass(16, "VraMash", "no such class")
-                      .Double(0.0, "crease angle")
-                      .Hex("00 00 00 00 00 00 00", "seven absent arrays")
-                      .Append(DocumentEnd()),
-                  kUnknownClass);
+    ExpectRefused(
+        DocumentHeader(1)
+            .NewClass(16, "VraMash", "no such class")
+            .Double(0.0, "crease angle")
+            .Hex("00 00 00 00 00 00 00", "seven absent arrays")
+            .Append(DocumentEnd()),
+        {Damaged("object 1, byte 16: class \"VraMash\" is no mesh class"), kUnknownClass});
 }
 
 TEST_F(DamagedDocument, AnUnknownClassBehindAGoodObject) {
-    ExpectRefused(DocumentHeader(2)
-                      .Append(FirstEmptyMesh())
-                      .NewClass(16, "VraCurve", "no such class")
-                      .Hex("00 00 00 00 00 00 00 00", "whatever it holds")
-                      .Append(DocumentEnd()),
-                  kUnknownClass);
+    ExpectRefused(
+        DocumentHeader(2)
+            .Append(FirstEmptyMesh())
+            .NewClass(16, "VraCurve", "no such class")
+            .Hex("00 00 00 00 00 00 00 00", "whatever it holds")
+            .Append(DocumentEnd()),
+        {Damaged("object 2, byte 44: class \"VraCurve\" is no mesh class"), kUnknownClass});
 }
 
 TEST_F(DamagedDocument, ANullObject) {
-    ExpectRefused(DocumentHeader(1)
-                      .Word(0, "null object")
-                      .Hex("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00", "filler")
-                      .Append(DocumentEnd()),
-                  "damaged document: an object is missing");
+    ExpectRefused(
+        DocumentHeader(1)
+            .Word(0, "null object")
+            .Hex("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00", "filler")
+            .Append(DocumentEnd()),
+        {Damaged("object 1, byte 16: an object is missing"), Damaged("an object is missing")});
 }
 
 TEST_F(DamagedDocument, AClassNumberThatWasNotGivenOut) {
@@ -132,7 +168,8 @@ TEST_F(DamagedDocument, AClassNumberThatWasNotGivenOut) {
                       .Word(0x8005, "class number 5")
                       .Hex("00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00", "filler")
                       .Append(DocumentEnd()),
-                  "damaged document: it refers to something it does not hold");
+                  {Damaged("object 1, byte 16: number 5 is no class's"),
+                   Damaged("it refers to something it does not hold")});
 }
 
 TEST_F(DamagedDocument, AnArrayThatServesARoleOfAnotherKind) {
@@ -149,19 +186,23 @@ TEST_F(DamagedDocument, AnArrayThatServesARoleOfAnotherKind) {
                       .Byte(1, "colour array")
                       .Qword(1, "array number 1 again, which holds points")
                       .Hex("00 00 00 00", "four absent arrays")
-                      .Append(DocumentEnd()),
-                  "damaged document: object 1: an array stands for data of another kind");
+                      .Append(DocumentEnd())
+                      .Bytes(),
+                  Damaged("object 1, byte 80: array 1 holds vertices and is used for colours"));
 }
 
 TEST_F(DamagedDocument, ACountNoArrayCanHave) {
-    ExpectRefused(DocumentHeader(1)
-                      .NewClass(16, "VraMesh", "class is number 1")
-                      .Double(0.0, "crease angle")
-                      .Byte(1, "vertex array")
-                      .Qword(1, "array number 1")
-                      .Qword(0xFFFFFFFFFFFFFFFF, "point count")
-                      .Append(DocumentEnd()),
-                  "damaged document: it counts more than any memory holds");
+    ExpectRefused(
+        DocumentHeader(1)
+            .NewClass(16, "VraMesh", "class is number 1")
+            .Double(0.0, "crease angle")
+            .Byte(1, "vertex array")
+            .Qword(1, "array number 1")
+            .Qword(0xFFFFFFFFFFFFFFFF, "point count")
+            .Append(DocumentEnd()),
+        {Damaged("object 1, byte 46: 18446744073709551615 vertices of 24 bytes do not fit "
+                 "the 4 bytes that are left"),
+         Damaged("it counts more than any memory holds")});
 }
 
 // All of them would take 800 million bytes.
@@ -175,7 +216,10 @@ TEST_F(DamagedDocument, ACountOfUVsThatAreNotThereFailsBeforeMemoryIsFilled) {
                                                       .Qword(50000000, "UV count")
                                                       .Append(DocumentEnd())
                                                       .Bytes());
-    const HostResult result = RunHost({"info", path});
+    ExpectFailure(RunHost({"info", path}), path,
+                  Damaged("object 1, byte 52: 50000000 UVs of 16 bytes do not fit the 4 bytes that "
+                          "are left"));
+    const HostResult result = RunHost({"info", path, "--trust"});
     ExpectFailure(result, path, kEndsTooEarly);
     EXPECT_LT(result.peakMemoryBytes, size_t{400} << 20);
 }
@@ -183,32 +227,32 @@ TEST_F(DamagedDocument, ACountOfUVsThatAreNotThereFailsBeforeMemoryIsFilled) {
 TEST_F(DamagedDocument, AVertexNumberOutOfRange) {
     const Mesh mesh = UnitBox();
     (*mesh->GetModifiableVertexIndexArray())[11][2] = 8;
-    ExpectRefused(mesh, "a vertex number is out of range");
+    ExpectRefused(mesh, "byte 705: vertex number 8 where there are 8");
 }
 
 TEST_F(DamagedDocument, TrianglesWithoutVertices) {
     const Mesh mesh = UnitBox();
     mesh->SetVertexArray(nullptr);
-    ExpectRefused(mesh, "a vertex number is out of range");
+    ExpectRefused(mesh, "byte 217: vertex number 0 where there are 0");
 }
 
 TEST_F(DamagedDocument, APerTriangleNormalNumberOutOfRange) {
     const Mesh mesh = UnitBox();
     boost::get<IndexArray::PerTriangle>(mesh->GetModifiableNormalIndexArray()->data)[3] = 6;
-    ExpectRefused(mesh, "a normal number is out of range");
+    ExpectRefused(mesh, "byte 755: normal number 6 where there are 6");
 }
 
 TEST_F(DamagedDocument, APerVertexColourNumberOutOfRange) {
     const Mesh mesh = UnitBox();
     mesh->SetColorArray(std::make_shared<VraMesh::ColorArray>(7));
     mesh->SetColorIndexArray(std::make_shared<IndexArray>(*mesh->GetVertexIndexArray()));
-    ExpectRefused(mesh, "a colour number is out of range");
+    ExpectRefused(mesh, "byte 1073: colour number 7 where there are 7");
 }
 
 TEST_F(DamagedDocument, AnIndexArrayOfAnotherLengthThanTheTriangles) {
     const Mesh mesh = UnitBox();
     mesh->SetNormalIndexArray(std::make_shared<IndexArray>(IndexArray::PerTriangle(11)));
-    ExpectRefused(mesh, "11 normal entries for 12 triangles");
+    ExpectRefused(mesh, "byte 723: 11 entries of normal numbers for 12 triangles");
 }
 
 }  // namespace
