@@ -129,6 +129,9 @@ private:
     /// Cuts a list with one triple a triangle, as asking about each in turn and then resetting the
     /// index would, and leaves the same state behind. Returns whether any went.
     bool Cut(std::vector<TriangleIndex>& triples);
+    /// Removes the degenerate triangles and records which stay; returns how many do.
+    static size_t CutDegenerate(TriangleIndex* triples, size_t count, uint32_t* newTriangleOf,
+                                uint64_t& newTriangle);
     /// Removes the numbers that, taken as triangle numbers, are marked removed; a number that no
     /// triangle has stays. Moves nothing else.
     void CutByValue(std::vector<size_t>& numbers) const;
