@@ -1,4 +1,4 @@
-/// Meshes that every benchmark measures, how one is timed and what is reported.
+/// The meshes of the Google Benchmark programs, how one is timed and what is reported.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -7,35 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "mesh/VraMeshPrimitive.h"
+#include "support/MeshShapes.h"
 
 namespace Vr::bench {
 
 using Mesh = boost::intrusive_ptr<VraMeshPrimitive>;
-
-enum class Shape {
-    kSphere,           ///< UV sphere, closed, radius jittered; neighbours in memory are neighbours.
-    kGrid,             ///< Open height field with terraces, 0.1 jitter, many equal x and y.
-    kSphereShuffled,   ///< The sphere with vertices and triangles in random order.
-    kGridShuffled,     ///< The grid in random order: the worst case for caches.
-    kSphereSoup,       ///< The sphere with three vertices a triangle.
-    kGridSoup,         ///< The grid with three vertices a triangle.
-    kGridShuffledSoup  ///< The shuffled grid with three vertices a triangle.
-};
-
-/// The triangle counts that meshes come in; every count is exact.
-constexpr size_t k10Thousand = 10'000;
-constexpr size_t k100Thousand = 100'000;
-constexpr size_t k1Million = 1'000'000;
-constexpr size_t k5Million = 5'000'000;
-
-/// One shape in one size, as it is named in a benchmark: "grid-1M-shuf".
-struct Case {
-    Shape shape;
-    size_t triangleCount;
-
-    [[nodiscard]] std::string Name() const;
-};
 
 /// Both orders of the indexed shapes in all sizes: "sphere-10k" to "grid-5M-shuf".
 [[nodiscard]] std::vector<Case> IndexedCases();
@@ -54,13 +30,6 @@ struct Case {
 /// Overwrites the positions and triangles of a mesh from `PrivateMesh` with those of the case again,
 /// in place, so that an editing operation meets the same input each time without new memory.
 void Restore(const Case& which, VraMeshPrimitive& mesh);
-
-/// Keeps freed memory in the process (no trim, no mmap threshold), so that after the first call
-/// nothing page-faults. Called by `Register`; VERIDANE_BENCH_HEAP=default leaves the heap alone.
-void WarmHeap();
-
-/// Sets how many threads the library's parallel loops use.
-void UseThreads(int threadCount);
 
 /// Times `operation` alone, once an iteration, and reports the figures.
 ///
