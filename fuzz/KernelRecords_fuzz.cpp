@@ -1,11 +1,15 @@
 // Any bytes as a record of a kernel object, or as the bare fields of a material: reading ends, and what
-// it hands out can be evaluated, copied, stored and read again.
+// it hands out can be evaluated, copied, stored and read again. A record that the check calls safe loads
+// as a curve or as none, and ends where the check says.
 
 #include <opennurbs.h>
 
 #include <memory>
 
 #include "Fuzz.h"
+#include "serialize/CheckStream.h"
+#include "serialize/ValueSerializers.h"
+#include "support/MemoryFile.h"
 #include "unit/platform/opennurbs/MemoryArchive.h"
 
 namespace {
@@ -65,6 +69,23 @@ void ReadMaterial(const Bytes& bytes) {
     material.Write(stored);
 }
 
+void LoadAsChecked(const Bytes& bytes) {
+    using Vr::operator&;
+    Vr::CheckStream stream(bytes.data(), bytes.size());
+    stream.Curve();
+    if (!stream.Result().IsSafe())
+        return;
+    Vr::test::MemoryFile file(bytes);
+    CArchive archive(&file, CArchive::load);
+    std::shared_ptr<ON_Curve> curve;
+    archive& curve;
+    archive.Close();
+    if (file.GetPosition() != stream.Position())
+        Vr::fuzz::Fail("a checked record ends elsewhere");
+    if (curve && !ON_Curve::Cast(static_cast<ON_Object*>(curve.get())))
+        Vr::fuzz::Fail("a checked record is no curve");
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t byteCount) {
@@ -75,6 +96,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t byteCount) {
         ReadMaterial(record);
         return 0;
     }
+    LoadAsChecked(record);
     const int version = bytes[0] % 4 == 2 ? 50 : 0;
     const std::unique_ptr<ON_Object> object = ReadRecord(record, version);
     if (object) {

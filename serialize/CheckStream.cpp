@@ -7,6 +7,7 @@
 
 #include "serialize/detail/CheckContext.h"
 #include "serialize/detail/ObjectCheck.h"
+#include "serialize/detail/RecordCheck.h"
 
 namespace Vr {
 
@@ -54,6 +55,10 @@ constexpr CodeTraits kCodes[] = {
     {CheckCode::ColorListLength, CheckSeverity::Suspicious, "color-list-length"},
     {CheckCode::StringLength, CheckSeverity::Invalid, "string-length"},
     {CheckCode::HostContent, CheckSeverity::Invalid, "host-content"},
+    {CheckCode::RecordFrame, CheckSeverity::Unsafe, "record-frame"},
+    {CheckCode::RecordClass, CheckSeverity::Unsafe, "record-class"},
+    {CheckCode::UnknownRecord, CheckSeverity::Note, "unknown-record"},
+    {CheckCode::NestedRecord, CheckSeverity::Unsafe, "nested-record"},
     {CheckCode::ObjectLimit, CheckSeverity::Unsafe, "object-limit"},
     {CheckCode::ArrayLimit, CheckSeverity::Unsafe, "array-limit"},
 };
@@ -142,6 +147,14 @@ bool CheckStream::WideString() {
                    std::to_string(context.Remaining()) + " bytes that are left";
         });
     return context.Skip(length * kUnitBytes);
+}
+
+CheckedObject CheckStream::Curve() {
+    return detail::CheckRecord(checker_->context, "ON_Curve");
+}
+
+CheckedObject CheckStream::Surface() {
+    return detail::CheckRecord(checker_->context, "ON_Surface");
 }
 
 void CheckStream::Report(std::string text) {

@@ -52,6 +52,12 @@ enum class CheckCode : int {
     // Values between the objects.
     StringLength = 40,  ///< Invalid: more characters than the stream has bytes for.
     HostContent = 41,   ///< Invalid: what the host itself found, see `CheckStream::Report`.
+    // openNURBS's records between the objects.
+    RecordFrame = 50,  ///< Unsafe: chunks that do not fit; where the next value begins is open.
+    RecordClass =
+        51,  ///< Unsafe: an object that the handle may not hold, as a surface for a curve.
+    UnknownRecord = 52,  ///< Note: a class that the geometry kernel does not know; loads as none.
+    NestedRecord = 53,   ///< Unsafe: a class that may hold further records, which are not checked.
     // Limits.
     ObjectLimit = 60,  ///< Unsafe: more objects than `CheckLimits` allows; the rest is not checked.
     ArrayLimit = 61    ///< Unsafe: more arrays than `CheckLimits` allows; the rest is not checked.
@@ -162,6 +168,16 @@ public:
     bool Skip(uint64_t byteCount);
     /// Passes over a wide string of serialize/ValueSerializers.h.
     bool WideString();
+
+    /// @name Records of openNURBS's objects, as `operator&` loads them
+    /// The record's frame and class are checked; its content is the geometry kernel's to read. Classes that
+    /// hold further records, such as polycurves, cannot be checked.
+    ///
+    /// - Result: `Null` for a record without an object, or of a class that the kernel does not know.
+    /// @{
+    CheckedObject Curve();
+    CheckedObject Surface();
+    /// @}
 
     /// Adds a finding (`HostContent`) of the host's own about the value read last.
     void Report(std::string text);
