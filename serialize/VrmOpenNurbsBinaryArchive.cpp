@@ -28,7 +28,8 @@ bool Seek(CFile& file, LONGLONG offset, UINT from) {
 }  // namespace
 
 VrmOpenNurbsBinaryArchive::VrmOpenNurbsBinaryArchive(CArchive& archive)
-    : ON_BinaryArchive(archive.IsLoading() ? ON::archive_mode::read : ON::archive_mode::write),
+    : detail::OpenNurbsArchive(archive.IsLoading() ? ON::archive_mode::read
+                                                   : ON::archive_mode::write),
       archive_(&archive),
       file_(FlushedFile(archive)),
       startPosition_(file_->GetPosition()) {}

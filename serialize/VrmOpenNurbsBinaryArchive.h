@@ -2,10 +2,10 @@
 
 #include <afx.h>
 
-#include <opennurbs.h>
-
 #include <cstddef>
 #include <cstdint>
+
+#include "serialize/detail/OpenNurbsInterface.h"
 
 namespace Vr {
 
@@ -17,7 +17,7 @@ namespace Vr {
 ///
 /// - Requires: nothing else uses the archive while the bridge lives.
 /// - Complexity: a flush and one file operation for each piece that openNURBS reads or writes.
-class VrmOpenNurbsBinaryArchive : public ON_BinaryArchive {
+class VrmOpenNurbsBinaryArchive : public detail::OpenNurbsArchive {
 public:
     /// Opens in read mode over a loading archive and in write mode over a storing one.
     ///

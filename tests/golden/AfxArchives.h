@@ -38,9 +38,9 @@ inline ByteScript TwoObjectsOfSchema(std::uint16_t schema) {
 inline ByteScript NestedCycle() {
     return ByteScript()
         .NewClass(1, "CTestNode", "class number 1")
-        .Byte(1, "value of n1, object number 2")
+        .OneByte(1, "value of n1, object number 2")
         .Word(0x8001, "class number 1, of the next node")
-        .Byte(2, "value of n2, object number 3")
+        .OneByte(2, "value of n2, object number 3")
         .Word(0x0002, "object number 2, n1")
         .Word(0x0003, "object number 3, n2");
 }
@@ -86,10 +86,10 @@ inline ByteScript TwoContexts() {
 /// One value through each scalar operator.
 inline ByteScript Scalars() {
     return ByteScript()
-        .Byte(1, "bool true")
-        .Byte(0, "bool false")
-        .Byte(0x41, "char 'A'")
-        .Byte(0xAB, "BYTE 0xAB")
+        .OneByte(1, "bool true")
+        .OneByte(0, "bool false")
+        .OneByte(0x41, "char 'A'")
+        .OneByte(0xAB, "BYTE 0xAB")
         .Word(0xFFFE, "short -2")
         .Word(0xBEEF, "WORD 0xBEEF")
         .Word(0x3042, "UTF-16 unit 0x3042")

@@ -47,7 +47,7 @@ inline ByteScript NoBox() {
 /// The straight curve from (0, 0, 0) to (1, 2, 3) over [0, 1]: 201 bytes.
 inline ByteScript StraightCurve() {
     return RecordOf(kNurbsCurveId, kNurbsCurveIdCrc, 193, 149)
-        .Byte(0x10, "version 1.0")
+        .OneByte(0x10, "version 1.0")
         .Dword(3, "dimension")
         .Dword(0, "no weights")
         .Dword(2, "order")
@@ -73,7 +73,7 @@ inline ByteScript StraightCurve() {
 /// weight is 1 but for the last, which has 2: 309 bytes.
 inline ByteScript WeightedSurface() {
     return RecordOf(kNurbsSurfaceId, kNurbsSurfaceIdCrc, 301, 257)
-        .Byte(0x10, "version 1.0")
+        .OneByte(0x10, "version 1.0")
         .Dword(3, "dimension")
         .Dword(1, "weights")
         .Dword(2, "order in u")
@@ -122,9 +122,9 @@ inline ByteScript NoObject() {
 }
 
 /// A material with every field that this form keeps set, but for textures and plug-in: 173 bytes.
-inline ByteScript OakMaterial() {
+inline ByteScript OakMaterial(std::uint32_t index = 7) {
     return ByteScript()
-        .Byte(0x11, "version 1.1")
+        .OneByte(0x11, "version 1.1")
         .Hex("01020304", "ambient")
         .Hex("05060708", "diffuse")
         .Hex("090a0b0c", "emission")
@@ -147,7 +147,7 @@ inline ByteScript OakMaterial() {
         .Dword(0, "environment texture: no file name")
         .Dword(0, "environment texture: mode")
         .Dword(0, "environment texture: constant")
-        .Dword(7, "index")
+        .Dword(index, "index")
         .Hex("00000000 0000 0000 0000 000000000000", "no plug-in")
         .Dword(0, "no library")
         .Dword(4, "units of the name, with the terminator")

@@ -116,7 +116,7 @@ TEST_F(DamagedDocument, PrefixesThatEndInColoursAndUVsAreRefused) {
 }
 
 TEST_F(DamagedDocument, BytesBehindTheEndMark) {
-    ExpectRefused(DocumentHeader(0).Append(DocumentEnd()).Byte(0, "one too many"),
+    ExpectRefused(DocumentHeader(0).Append(DocumentEnd()).OneByte(0, "one too many"),
                   {Damaged("byte 16: it does not end behind its last object"),
                    Damaged("it does not end behind its last object")});
 }
@@ -176,14 +176,14 @@ TEST_F(DamagedDocument, AnArrayThatServesARoleOfAnotherKind) {
     ExpectRefused(DocumentHeader(1)
                       .NewClass(16, "VraMesh", "class is number 1")
                       .Double(0.0, "crease angle")
-                      .Byte(1, "vertex array")
+                      .OneByte(1, "vertex array")
                       .Qword(1, "array number 1")
                       .Qword(1, "one point")
                       .Double(0.0, "x")
                       .Double(0.0, "y")
                       .Double(0.0, "z")
-                      .Byte(0, "no normals")
-                      .Byte(1, "colour array")
+                      .OneByte(0, "no normals")
+                      .OneByte(1, "colour array")
                       .Qword(1, "array number 1 again, which holds points")
                       .Hex("00 00 00 00", "four absent arrays")
                       .Append(DocumentEnd())
@@ -196,7 +196,7 @@ TEST_F(DamagedDocument, ACountNoArrayCanHave) {
         DocumentHeader(1)
             .NewClass(16, "VraMesh", "class is number 1")
             .Double(0.0, "crease angle")
-            .Byte(1, "vertex array")
+            .OneByte(1, "vertex array")
             .Qword(1, "array number 1")
             .Qword(0xFFFFFFFFFFFFFFFF, "point count")
             .Append(DocumentEnd()),
@@ -211,7 +211,7 @@ TEST_F(DamagedDocument, ACountOfUVsThatAreNotThereFailsBeforeMemoryIsFilled) {
                                                       .NewClass(16, "VraMesh", "class is number 1")
                                                       .Double(0.0, "crease angle")
                                                       .Hex("00 00 00 00 00 00", "six absent arrays")
-                                                      .Byte(1, "UV array")
+                                                      .OneByte(1, "UV array")
                                                       .Qword(1, "array number 1")
                                                       .Qword(50000000, "UV count")
                                                       .Append(DocumentEnd())

@@ -129,7 +129,7 @@ Mesh ManyValues(Random& random, const Spread& spread, size_t distinctCount, size
         const double x = spread.coordinate(random);
         const double y = spread.coordinate(random);
         const double u = textured();
-        pool.push_back({{x, y, spread.coordinate(random)}, {u, textured()}});
+        pool.push_back({ON_3dPoint(x, y, spread.coordinate(random)), ON_2dPoint(u, textured())});
     }
     if (isAscending)
         std::sort(pool.begin(), pool.end(),

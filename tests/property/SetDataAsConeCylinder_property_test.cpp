@@ -44,9 +44,9 @@ TEST(SolidLaws, HaveNoFreeEdges) {
     for (std::size_t count = 3; count < 50; ++count) {
         std::vector<std::pair<std::size_t, std::size_t>> edges;
         const Mesh mesh = NewPrimitive();
-        mesh->SetDataAsCone({1, 2, 3}, {4, 5, 7}, 2, count);
+        mesh->SetDataAsCone(ON_3dPoint(1, 2, 3), ON_3dPoint(4, 5, 7), 2, count);
         mesh->GetFreeEdges(edges);
-        mesh->SetDataAsCylinder({1, 2, 3}, {4, 5, 7}, 2, count);
+        mesh->SetDataAsCylinder(ON_3dPoint(1, 2, 3), ON_3dPoint(4, 5, 7), 2, count);
         mesh->GetFreeEdges(edges);
         EXPECT_TRUE(edges.empty());
     }

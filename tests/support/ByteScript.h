@@ -31,7 +31,7 @@ public:
         std::string meaning;
     };
 
-    ByteScript& Byte(std::uint8_t value, std::string meaning) {
+    ByteScript& OneByte(std::uint8_t value, std::string meaning) {
         return Number(value, 1, std::move(meaning));
     }
     ByteScript& Word(std::uint16_t value, std::string meaning) {

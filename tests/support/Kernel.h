@@ -4,6 +4,7 @@
 
 #include <opennurbs.h>
 
+#include <cstdint>
 #include <string>
 
 namespace Vr::test {
@@ -12,6 +13,12 @@ namespace Vr::test {
 
 /// Whether curves and surfaces are stored as their own class, not as their NURBS form.
 constexpr bool kStoresOwnClasses = true;
+
+/// The index that a material is stored with. It is taken from the archive's list of materials here, and
+/// unset without one.
+constexpr std::uint32_t StoredMaterialIndex(std::uint32_t) {
+    return 0x80000001;
+}
 
 inline void SetShine(ON_Material& material, double shine) {
     material.SetShine(shine);
@@ -49,6 +56,10 @@ inline ON_UUID IdOf(const ON_Material& material) {
 #else
 
 constexpr bool kStoresOwnClasses = false;
+
+constexpr std::uint32_t StoredMaterialIndex(std::uint32_t index) {
+    return index;
+}
 
 inline void SetShine(ON_Material& material, double shine) {
     material.m_shine = shine;

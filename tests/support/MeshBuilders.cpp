@@ -145,12 +145,12 @@ void AddTextures(Random& random, const RandomMeshOptions& options,
 
 }  // namespace
 
-std::shared_ptr<VertexArray> Vertices(std::initializer_list<ON_3dPoint> points) {
-    return std::make_shared<VertexArray>(points);
+std::shared_ptr<VertexArray> Vertices(std::initializer_list<Point3> points) {
+    return std::make_shared<VertexArray>(points.begin(), points.end());
 }
 
-std::shared_ptr<NormalArray> Normals(std::initializer_list<ON_3dVector> vectors) {
-    return std::make_shared<NormalArray>(vectors);
+std::shared_ptr<NormalArray> Normals(std::initializer_list<Vector3> vectors) {
+    return std::make_shared<NormalArray>(vectors.begin(), vectors.end());
 }
 
 std::shared_ptr<ColorArray> Colors(std::initializer_list<unsigned int> packed) {
@@ -169,8 +169,8 @@ std::shared_ptr<IndexArray> PerVertex(std::vector<TriangleIndex> triples) {
     return std::make_shared<IndexArray>(std::move(triples));
 }
 
-std::shared_ptr<UVArray> UVs(std::initializer_list<ON_2dPoint> uvs) {
-    return std::make_shared<UVArray>(uvs);
+std::shared_ptr<UVArray> UVs(std::initializer_list<Point2> uvs) {
+    return std::make_shared<UVArray>(uvs.begin(), uvs.end());
 }
 
 const std::vector<std::size_t>& PerTriangleOf(const IndexArray& indices) {
@@ -185,7 +185,7 @@ Mesh NewPrimitive() {
     return Mesh(new VraMeshPrimitive);
 }
 
-Mesh NewPrimitive(std::initializer_list<ON_3dPoint> points,
+Mesh NewPrimitive(std::initializer_list<Point3> points,
                   std::initializer_list<TriangleIndex> triangles) {
     const Mesh mesh = NewPrimitive();
     mesh->SetVertexArray(Vertices(points));
@@ -227,7 +227,8 @@ Mesh OpenTube(std::size_t ringCount) {
     const auto triangles = Triangles({});
     for (std::size_t ring = 0; ring < ringCount; ++ring) {
         const double z = static_cast<double>(ring);
-        vertices->insert(vertices->end(), {{0, 0, z}, {1, 0, z}, {1, 1, z}, {0, 1, z}});
+        const auto corners = Vertices({{0, 0, z}, {1, 0, z}, {1, 1, z}, {0, 1, z}});
+        vertices->insert(vertices->end(), corners->begin(), corners->end());
         for (std::size_t side = 0; side < 4 && ring + 1 < ringCount; ++side) {
             const std::size_t low = 4 * ring + side;
             const std::size_t lowNext = 4 * ring + (side + 1) % 4;

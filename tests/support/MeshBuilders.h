@@ -18,10 +18,27 @@ using Mesh = boost::intrusive_ptr<VraMeshPrimitive>;
 using TriangleIndex = VraMeshPrimitive::TriangleIndex;
 using IndexArray = VraMeshPrimitive::IndexArray;
 
+/// @name Points and vectors from braces
+/// openNURBS 6 and later make its own constructors explicit, so that `{1, 2, 3}` is no point there.
+/// @{
+struct Point3 : ON_3dPoint {
+    Point3(double x0, double y0, double z0) : ON_3dPoint(x0, y0, z0) {}
+    Point3(const ON_3dPoint& point) : ON_3dPoint(point) {}
+};
+struct Vector3 : ON_3dVector {
+    Vector3(double x0, double y0, double z0) : ON_3dVector(x0, y0, z0) {}
+    Vector3(const ON_3dVector& vector) : ON_3dVector(vector) {}
+};
+struct Point2 : ON_2dPoint {
+    Point2(double x0, double y0) : ON_2dPoint(x0, y0) {}
+    Point2(const ON_2dPoint& point) : ON_2dPoint(point) {}
+};
+/// @}
+
 /// @name Arrays from braces
 /// @{
-std::shared_ptr<VraMeshPrimitive::VertexArray> Vertices(std::initializer_list<ON_3dPoint> points);
-std::shared_ptr<VraMeshPrimitive::NormalArray> Normals(std::initializer_list<ON_3dVector> vectors);
+std::shared_ptr<VraMeshPrimitive::VertexArray> Vertices(std::initializer_list<Point3> points);
+std::shared_ptr<VraMeshPrimitive::NormalArray> Normals(std::initializer_list<Vector3> vectors);
 std::shared_ptr<VraMeshPrimitive::ColorArray> Colors(std::initializer_list<unsigned int> packed);
 /// Serves for vertex indices and for texture-UV indices.
 std::shared_ptr<VraMeshPrimitive::VertexIndexArray> Triangles(
@@ -29,7 +46,7 @@ std::shared_ptr<VraMeshPrimitive::VertexIndexArray> Triangles(
 std::shared_ptr<IndexArray> PerTriangle(std::vector<std::size_t> numbers);
 std::shared_ptr<IndexArray> PerVertex(std::vector<TriangleIndex> triples);
 /// Serves for UVs and for texture-UVs.
-std::shared_ptr<VraMeshPrimitive::UVArray> UVs(std::initializer_list<ON_2dPoint> uvs);
+std::shared_ptr<VraMeshPrimitive::UVArray> UVs(std::initializer_list<Point2> uvs);
 /// @}
 
 /// Copies of the numbers an index array holds. The form asked for must be the one held.
@@ -41,7 +58,7 @@ const std::vector<TriangleIndex>& PerVertexOf(const IndexArray& indices);
 /// An empty primitive: nine empty handles.
 Mesh NewPrimitive();
 /// A primitive with these vertices and triangles and nothing else.
-Mesh NewPrimitive(std::initializer_list<ON_3dPoint> points,
+Mesh NewPrimitive(std::initializer_list<Point3> points,
                   std::initializer_list<TriangleIndex> triangles);
 
 /// @name Meshes of vertices and triangles only, counter-clockwise seen from +z or from outside

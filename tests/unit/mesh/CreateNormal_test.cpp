@@ -172,9 +172,9 @@ TEST_F(CreateNormal, FetchesBothArraysBeforeItLooksAtThem) {
 TEST_F(CreateNormalPerVertex, ABoxHasThreeNormalsACornerWhenItsEdgesAreCreases) {
     const Mesh mesh = WithVertexNormals(Box(), 0.5);
     EXPECT_THAT(NormalsOf(mesh), SizeIs(24));
-    const std::vector<ON_3dVector> sides = {{0, 0, -1}, {0, 0, -1}, {0, -1, 0}, {0, -1, 0},
-                                            {1, 0, 0},  {1, 0, 0},  {0, 1, 0},  {0, 1, 0},
-                                            {-1, 0, 0}, {-1, 0, 0}, {0, 0, 1},  {0, 0, 1}};
+    const std::vector<Vector3> sides = {{0, 0, -1}, {0, 0, -1}, {0, -1, 0}, {0, -1, 0},
+                                        {1, 0, 0},  {1, 0, 0},  {0, 1, 0},  {0, 1, 0},
+                                        {-1, 0, 0}, {-1, 0, 0}, {0, 0, 1},  {0, 0, 1}};
     for (std::size_t triangle = 0; triangle < sides.size(); ++triangle)
         for (std::size_t corner = 0; corner < 3; ++corner)
             EXPECT_EQ(NormalsOf(mesh)[IndicesOf(mesh)[triangle][corner]], sides[triangle]);

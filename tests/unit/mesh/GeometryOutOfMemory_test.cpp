@@ -126,8 +126,8 @@ TEST(SetDataAsConeCylinderOutOfMemory, HandlesReplacedByThenKeepTheirNewArrays) 
         std::set<std::size_t> replacedCounts;
         FailEach(
             [&] {
-                isCone ? mesh->SetDataAsCone({0, 0, 0}, {0, 0, 1}, 1, 3)
-                       : mesh->SetDataAsCylinder({0, 0, 0}, {0, 0, 1}, 1, 3);
+                isCone ? mesh->SetDataAsCone(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, 3)
+                       : mesh->SetDataAsCylinder(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, 3);
             },
             [&] {
                 const ArrayAddresses after = AddressesOf(*mesh);

@@ -19,7 +19,7 @@ using Vr::VraMeshPrimitive;
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 const double kInfinity = std::numeric_limits<double>::infinity();
 
-::testing::AssertionResult IsBox(const ON_BoundingBox& box, ON_3dPoint low, ON_3dPoint high) {
+::testing::AssertionResult IsBox(const ON_BoundingBox& box, const Point3& low, const Point3& high) {
     const VraMeshPrimitive::VertexArray actual = {box.m_min, box.m_max};
     const VraMeshPrimitive::VertexArray expected = {low, high};
     return SameBits(&actual, &expected);
@@ -32,14 +32,15 @@ ON_BoundingBox BoxOf(const VraMeshPrimitive& mesh) {
 }
 
 // The box of points used one after the other, three a triangle; the last is repeated to fill up.
-ON_BoundingBox BoxOfPoints(std::vector<ON_3dPoint> points) {
+ON_BoundingBox BoxOfPoints(std::initializer_list<Point3> corners) {
     const Mesh mesh = NewPrimitive();
-    while (points.size() % 3 != 0)
-        points.push_back(points.back());
+    const auto points = Vertices(corners);
+    while (points->size() % 3 != 0)
+        points->push_back(points->back());
     const auto triangles = Triangles({});
-    for (std::size_t first = 0; first < points.size(); first += 3)
+    for (std::size_t first = 0; first < points->size(); first += 3)
         triangles->push_back({{first, first + 1, first + 2}});
-    mesh->SetVertexArray(std::make_shared<VraMeshPrimitive::VertexArray>(points));
+    mesh->SetVertexArray(points);
     mesh->SetVertexIndexArray(triangles);
     return BoxOf(*mesh);
 }

@@ -17,7 +17,7 @@ using RecordingMesh = boost::intrusive_ptr<RecordingPrimitive>;
 
 const char* const kWrongForm = "boost::bad_get: failed value get using boost::get";
 
-RecordingMesh MeshWithNormals(std::initializer_list<ON_3dVector> normals,
+RecordingMesh MeshWithNormals(std::initializer_list<Vector3> normals,
                               std::shared_ptr<IndexArray> indices) {
     const RecordingMesh mesh(new RecordingPrimitive);
     mesh->SetNormalArray(Normals(normals));
@@ -33,7 +33,7 @@ RecordingMesh MeshWithColors(std::initializer_list<unsigned int> colors,
     return mesh;
 }
 
-void ExpectNormals(const VraMeshPrimitive& mesh, std::initializer_list<ON_3dVector> normals) {
+void ExpectNormals(const VraMeshPrimitive& mesh, std::initializer_list<Vector3> normals) {
     EXPECT_TRUE(SameBits(mesh.GetNormalArray().get(), Normals(normals).get()));
 }
 

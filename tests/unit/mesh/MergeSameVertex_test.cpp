@@ -18,7 +18,7 @@ using RecordingMesh = boost::intrusive_ptr<RecordingPrimitive>;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-RecordingMesh NewMesh(std::initializer_list<ON_3dPoint> points,
+RecordingMesh NewMesh(std::initializer_list<Point3> points,
                       std::initializer_list<TriangleIndex> triangles) {
     const RecordingMesh mesh(new RecordingPrimitive);
     mesh->SetVertexArray(Vertices(points));
@@ -26,11 +26,11 @@ RecordingMesh NewMesh(std::initializer_list<ON_3dPoint> points,
     return mesh;
 }
 
-void ExpectVertices(const VraMeshPrimitive& mesh, std::initializer_list<ON_3dPoint> points) {
+void ExpectVertices(const VraMeshPrimitive& mesh, std::initializer_list<Point3> points) {
     EXPECT_TRUE(SameBits(mesh.GetVertexArray().get(), Vertices(points).get()));
 }
 
-void ExpectTextureUVs(const VraMeshPrimitive& mesh, std::initializer_list<ON_2dPoint> uvs) {
+void ExpectTextureUVs(const VraMeshPrimitive& mesh, std::initializer_list<Point2> uvs) {
     EXPECT_TRUE(SameBits(mesh.GetTextureUVArray().get(), UVs(uvs).get()));
 }
 
@@ -246,7 +246,8 @@ TEST(MergeSameVertex, NaNNeitherStopsTheRunNorLeavesANumberOutOfRange) {
     const auto triangles = Triangles({});
     for (size_t i = 0; i < 9999; i += 3) {
         const double x = static_cast<double>(i % 7);
-        vertices->insert(vertices->end(), {{kNaN, x, 0}, {x, -kNaN, kInfinity}, {x, kNaN, 0}});
+        const auto corners = Vertices({{kNaN, x, 0}, {x, -kNaN, kInfinity}, {x, kNaN, 0}});
+        vertices->insert(vertices->end(), corners->begin(), corners->end());
         triangles->push_back({{i, i + 1, i + 2}});
     }
     const RecordingMesh mesh(new RecordingPrimitive);

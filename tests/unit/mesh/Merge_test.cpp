@@ -27,7 +27,7 @@ Mesh Merged(const Sources& sources) {
     return target;
 }
 
-void ExpectVertices(const VraMeshPrimitive& mesh, std::initializer_list<ON_3dPoint> points) {
+void ExpectVertices(const VraMeshPrimitive& mesh, std::initializer_list<Point3> points) {
     EXPECT_TRUE(SameBits(mesh.GetVertexArray().get(), Vertices(points).get()));
 }
 

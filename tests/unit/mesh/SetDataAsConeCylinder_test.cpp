@@ -24,14 +24,14 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using Vr::VraMeshPrimitive;
 
-Mesh Cone(const ON_3dPoint& first, const ON_3dPoint& second, double radius, std::size_t count) {
+Mesh Cone(const Point3& first, const Point3& second, double radius, std::size_t count) {
     const Mesh mesh = NewPrimitive();
     EXPECT_TRUE(mesh->SetDataAsCone(first, second, radius, count));
     ExpectConsistent(*mesh);
     return mesh;
 }
 
-Mesh Cylinder(const ON_3dPoint& first, const ON_3dPoint& second, double radius, std::size_t count) {
+Mesh Cylinder(const Point3& first, const Point3& second, double radius, std::size_t count) {
     const Mesh mesh = NewPrimitive();
     EXPECT_TRUE(mesh->SetDataAsCylinder(first, second, radius, count));
     ExpectConsistent(*mesh);
@@ -62,8 +62,8 @@ TEST(SetDataAsConeCylinder, FewerThanThreeSegmentsAreRefusedAndChangeNothing) {
     const Mesh same = FullSquare();
     const ArrayAddresses before = AddressesOf(*mesh);
     for (const std::size_t count : {std::size_t{0}, std::size_t{1}, std::size_t{2}}) {
-        EXPECT_FALSE(mesh->SetDataAsCone({0, 0, 0}, {0, 0, 1}, 1, count));
-        EXPECT_FALSE(mesh->SetDataAsCylinder({0, 0, 0}, {0, 0, 1}, 1, count));
+        EXPECT_FALSE(mesh->SetDataAsCone(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, count));
+        EXPECT_FALSE(mesh->SetDataAsCylinder(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, count));
     }
     EXPECT_EQ(AddressesOf(*mesh), before);
     ExpectBitEqual(*mesh, *same);
@@ -99,8 +99,8 @@ TEST(SetDataAsConeCylinder, ReplaceGeometryDropColoursAndLeaveTextures) {
         const Mesh copy = FullSquare();
         copy->SetCreaseAngle(0.25);
 
-        isCone ? mesh->SetDataAsCone({0, 0, 0}, {0, 0, 1}, 1, 5)
-               : mesh->SetDataAsCylinder({0, 0, 0}, {0, 0, 1}, 1, 5);
+        isCone ? mesh->SetDataAsCone(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, 5)
+               : mesh->SetDataAsCylinder(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, 5);
 
         ExpectBitEqual(*sharer, *copy);
         const ArrayAddresses before = AddressesOf(*sharer);
@@ -132,8 +132,8 @@ TEST(SetDataAsConeCylinder, TakeTheirPointsFromTheArrayThatTheyReplace) {
 
 TEST(SetDataAsConeCylinder, InstallDirectlyAndNotThroughTheSetters) {
     const boost::intrusive_ptr<RecordingPrimitive> mesh(new RecordingPrimitive);
-    mesh->SetDataAsCone({0, 0, 0}, {0, 0, 1}, 1, 3);
-    mesh->SetDataAsCylinder({0, 0, 0}, {0, 0, 1}, 1, 3);
+    mesh->SetDataAsCone(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, 3);
+    mesh->SetDataAsCylinder(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, 3);
     EXPECT_EQ(mesh->Calls(), (std::vector<std::string>{"SetDataAsCone", "SetDataAsCylinder"}));
 }
 
@@ -150,14 +150,14 @@ TEST(SetDataAsConeCylinder, MoreSegmentsThanAnyMemoryHoldsEndInBadAlloc) {
     for (const std::size_t count : {kLast, kLast / 16, kLast / 24}) {
         const Mesh mesh = FullSquare();
         EXPECT_EQ(CaughtFrom([&] {
-                      mesh->SetDataAsCone({0, 0, 0}, {0, 0, 1}, 1, count);
+                      mesh->SetDataAsCone(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, count);
                   }),
                   BadAlloc());
         // The handles have their new arrays by then.
         EXPECT_THAT(TrianglesOf(mesh), IsEmpty());
         EXPECT_EQ(mesh->GetColorArray(), nullptr);
         EXPECT_EQ(CaughtFrom([&] {
-                      mesh->SetDataAsCylinder({0, 0, 0}, {0, 0, 1}, 1, count);
+                      mesh->SetDataAsCylinder(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 1), 1, count);
                   }),
                   BadAlloc());
     }

@@ -36,11 +36,11 @@ ON_Xform Shift(double x, double y, double z) {
     return xf;
 }
 
-Mesh WithPoint(const ON_3dPoint& point) {
+Mesh WithPoint(const Point3& point) {
     return NewPrimitive({point}, {});
 }
 
-Mesh WithNormal(const ON_3dVector& normal) {
+Mesh WithNormal(const Vector3& normal) {
     const Mesh mesh = NewPrimitive();
     mesh->SetNormalArray(Normals({normal}));
     return mesh;
@@ -295,7 +295,7 @@ TEST(ReverseFaces, ReversesTheNormalsOnlyWhenAsked) {
     EXPECT_THAT(*normals, ElementsAre(ON_3dVector(0.5, 0, 2)));
     mesh->ReverseFaces(true);
     EXPECT_EQ(mesh->GetNormalArray(), normals);
-    const VraMeshPrimitive::NormalArray expected = {{-0.5, 0.0, -2}};
+    const VraMeshPrimitive::NormalArray expected = {ON_3dVector(-0.5, 0.0, -2)};
     EXPECT_TRUE(SameBits(normals.get(), &expected));
 }
 

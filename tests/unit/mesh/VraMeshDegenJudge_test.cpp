@@ -5,6 +5,7 @@
 
 #include <limits>
 #include <type_traits>
+#include <utility>
 
 #include "support/Caught.h"
 #include "support/DegenerateOracle.h"
@@ -71,8 +72,8 @@ TEST(VraMeshDegenJudge, JudgingNumbersTheKeptTriangles) {
 TEST(VraMeshDegenJudge, ATriangleNotYetJudgedCountsAsRemoved) {
     VraMeshDegenJudge judge(2);
     judge(kSound);
-    EXPECT_FALSE(judge(size_t{0}));
-    EXPECT_TRUE(judge(size_t{1}));
+    EXPECT_FALSE(std::as_const(judge)(size_t{0}));
+    EXPECT_TRUE(std::as_const(judge)(size_t{1}));
     EXPECT_TRUE(judge.IsExistDegen());
     judge(kSound);
     EXPECT_FALSE(judge.IsExistDegen());
@@ -82,8 +83,8 @@ TEST(VraMeshDegenJudge, AskingByNumberMovesNothing) {
     VraMeshDegenJudge judge(2);
     judge.SetDegenTriangles({0});
     judge.SetMode(VraMeshDegenJudge::eTable);
-    EXPECT_FALSE(judge(size_t{1}));
-    EXPECT_FALSE(judge(size_t{1}));
+    EXPECT_FALSE(std::as_const(judge)(size_t{1}));
+    EXPECT_FALSE(std::as_const(judge)(size_t{1}));
     EXPECT_TRUE(judge(kSound));
     EXPECT_FALSE(judge(kSound));
 }

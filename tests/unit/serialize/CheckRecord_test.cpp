@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <opennurbs.h>  // before headers of ours: some releases make Byte a macro
+#include <opennurbs.h>
 
 #include <memory>
 #include <string>
@@ -43,7 +43,7 @@ TEST(CheckRecord, RecordsArePassedOver) {
                                   .Append(NoObject())
                                   .Append(WeightedSurface())
                                   .Append(NoObject())
-                                  .Byte(9, "behind");
+                                  .OneByte(9, "behind");
     CheckStream stream(script.Bytes().data(), script.Bytes().size());
     EXPECT_EQ(stream.Curve(), CheckedObject::New);
     EXPECT_EQ(stream.Position(), 201u);
@@ -101,7 +101,7 @@ TEST(CheckRecord, ChunksBetweenTheDataAndTheEndArePassedOver) {
 // The identifier of ON_PolyCurve in place of the curve's; the data need not be one.
 TEST(CheckRecord, AClassThatHoldsFurtherRecordsIsUnsafeAndPassedOver) {
     const ByteScript script = RecordOf("e0d4d74e 47e9 d311 bfe5 0010830122f0", "00000000", 45, 1)
-                                  .Byte(0x10, "version 1.0")
+                                  .OneByte(0x10, "version 1.0")
                                   .Append(EndOfRecord());
     CheckStream stream(script.Bytes().data(), script.Bytes().size());
     EXPECT_EQ(stream.Curve(), CheckedObject::New);

@@ -74,19 +74,19 @@ ByteScript& Absent(ByteScript& script, int count) {
 }
 
 ByteScript& New(ByteScript& script, std::uint64_t number, std::uint64_t count) {
-    return script.Byte(1, "present").Qword(number, "array number, new").Qword(count, "count");
+    return script.OneByte(1, "present").Qword(number, "array number, new").Qword(count, "count");
 }
 
 ByteScript& NewList(ByteScript& script, std::uint64_t number, std::uint8_t form,
                     std::uint64_t count) {
-    return script.Byte(1, "present")
+    return script.OneByte(1, "present")
         .Qword(number, "array number, new")
-        .Byte(form, "form")
+        .OneByte(form, "form")
         .Qword(count, "count");
 }
 
 ByteScript& Known(ByteScript& script, std::uint64_t number) {
-    return script.Byte(1, "present").Qword(number, "array number, known");
+    return script.OneByte(1, "present").Qword(number, "array number, known");
 }
 
 ByteScript& Filled(ByteScript& script, size_t byteCount) {
@@ -248,11 +248,11 @@ void PrintTo(const BadDocument& document, std::ostream* stream) {
 std::vector<BadDocument> GrammarFaults() {
     const std::string longName(64, 'n');
     return {
-        {"CutTag", ByteScript().Byte(7, "half a tag"), CheckCode::EndOfStream, 0,
+        {"CutTag", ByteScript().OneByte(7, "half a tag"), CheckCode::EndOfStream, 0,
          "the stream ends 1 bytes into a value of 2"},
         {"CutLongTag", ByteScript().Word(0x7FFF, "long tag").Word(1, "half"),
          CheckCode::EndOfStream, 2, "the stream ends 2 bytes into a value of 4"},
-        {"CutSchema", ByteScript().Word(0xFFFF, "new class").Byte(1, "half"),
+        {"CutSchema", ByteScript().Word(0xFFFF, "new class").OneByte(1, "half"),
          CheckCode::EndOfStream, 2, "the stream ends 1 bytes into a value of 2"},
         {"CutCreaseAngle", ClassMesh().Dword(0, "half"), CheckCode::EndOfStream, 13,
          "the stream ends 4 bytes into a value of 8"},
@@ -296,7 +296,7 @@ ByteScript With(const ByteScript& start, const std::function<void(ByteScript&)>&
 
 std::vector<BadDocument> BodyFaults() {
     return {
-        {"PresenceByte", Absent(MeshStart().Byte(2, "presence"), 6), CheckCode::PresenceByte, 21,
+        {"PresenceByte", Absent(MeshStart().OneByte(2, "presence"), 6), CheckCode::PresenceByte, 21,
          "presence byte 2 stands for no array"},
         {"ArrayNumberOutOfTurn", With(MeshStart(), [](ByteScript& s) { Absent(New(s, 2, 0), 6); }),
          CheckCode::ArrayNumber, 22, "a new array has number 2 instead of 1"},
@@ -587,7 +587,8 @@ TEST(CheckLimits, ArraysAreCountedOnceEach) {
 }
 
 TEST(CheckLimits, FindingsBeyondTheirLimitAreCountedAndWeighed) {
-    ByteScript script = MeshStart().Byte(3, "presence").Byte(4, "presence").Byte(5, "presence");
+    ByteScript script =
+        MeshStart().OneByte(3, "presence").OneByte(4, "presence").OneByte(5, "presence");
     Absent(script, 4).Word(9, "no object");
     CheckLimits limits;
     limits.findings = 2;
@@ -609,7 +610,7 @@ TEST(CheckStream, ReadsTheHostsOwnValues) {
                                   .Qword(2, "length of a string")
                                   .Word('h', "h")
                                   .Word('i', "i")
-                                  .Byte(9, "end");
+                                  .OneByte(9, "end");
     CheckStream stream(script.Bytes().data(), script.Bytes().size());
     DWORD magic = 0;
     double scale = 0;
@@ -639,7 +640,8 @@ TEST(CheckStream, AStringThatTheOperatorsStoredIsPassedOver) {
 }
 
 TEST(CheckStream, AStringBeyondTheStream) {
-    const ByteScript script = ByteScript().Byte(0, "x").Qword(2, "length").Raw({1, 2, 3}, "units");
+    const ByteScript script =
+        ByteScript().OneByte(0, "x").Qword(2, "length").Raw({1, 2, 3}, "units");
     CheckStream stream(script.Bytes().data(), script.Bytes().size());
     EXPECT_TRUE(stream.Skip(1));
     EXPECT_FALSE(stream.WideString());

@@ -68,7 +68,7 @@ TEST(TriangleIndexOperators, ACutStreamKeepsTheNumbersThatCame) {
 
 ByteScript PerTriangleScript() {
     return ByteScript()
-        .Byte(1, "flag: per triangle, alternative 0")
+        .OneByte(1, "flag: per triangle, alternative 0")
         .Qword(2, "count")
         .Qword(4, "index of triangle 0")
         .Qword(7, "index of triangle 1");
@@ -76,7 +76,7 @@ ByteScript PerTriangleScript() {
 
 ByteScript PerVertexScript() {
     return ByteScript()
-        .Byte(0, "flag: per vertex, alternative 1")
+        .OneByte(0, "flag: per vertex, alternative 1")
         .Qword(1, "count")
         .Qword(4, "corner 0")
         .Qword(7, "corner 1")
@@ -111,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(OtherThanZero, FlagByte, ::testing::Values(1, 2, 127, 1
 TEST_P(FlagByte, MeansPerTriangle) {
     IndexArray indices(IndexArray::PerVertex{});
     LoadFrom(ByteScript()
-                 .Byte(static_cast<std::uint8_t>(GetParam()), "flag")
+                 .OneByte(static_cast<std::uint8_t>(GetParam()), "flag")
                  .Qword(1, "count")
                  .Qword(6, "index"),
              [&](CArchive& archive) { archive >> indices; });
@@ -121,7 +121,7 @@ TEST_P(FlagByte, MeansPerTriangle) {
 TEST(IndexArrayOperators, ACutStreamLeavesTheStoredFormAndTheElementsThatCameWhole) {
     IndexArray indices(IndexArray::PerTriangle{9, 9, 9});
     const ByteScript twoTriples = ByteScript()
-                                      .Byte(0, "flag")
+                                      .OneByte(0, "flag")
                                       .Qword(2, "count")
                                       .Qword(1, "corner 0 of triangle 0")
                                       .Qword(2, "corner 1 of triangle 0")
@@ -132,7 +132,7 @@ TEST(IndexArrayOperators, ACutStreamLeavesTheStoredFormAndTheElementsThatCameWho
     });
     EXPECT_THAT(PerVertexOf(indices), ElementsAre(TriangleIndex{1, 2, 3}));
 
-    LoadFrom(ByteScript().Byte(1, "flag").Dword(0, "half a count"), [&](CArchive& archive) {
+    LoadFrom(ByteScript().OneByte(1, "flag").Dword(0, "half a count"), [&](CArchive& archive) {
         EXPECT_EQ(CaughtFrom([&] { archive >> indices; }), EndOfFile());
     });
     EXPECT_TRUE(PerTriangleOf(indices).empty());
@@ -151,10 +151,11 @@ TEST(IndexArrayOperators, ACountNoVectorCanHaveThrowsVectorTooLong) {
     const ULONGLONG tooManyNumbers = std::vector<size_t>().max_size() + 1ULL;
     const auto load = [](std::uint8_t flag, ULONGLONG count) {
         return CaughtFrom([&] {
-            LoadFrom(ByteScript().Byte(flag, "flag").Qword(count, "count"), [](CArchive& archive) {
-                IndexArray indices;
-                archive >> indices;
-            });
+            LoadFrom(ByteScript().OneByte(flag, "flag").Qword(count, "count"),
+                     [](CArchive& archive) {
+                         IndexArray indices;
+                         archive >> indices;
+                     });
         });
     };
     EXPECT_EQ(load(0, tooManyTriples), LengthError("vector too long"));
@@ -354,7 +355,7 @@ TEST_P(SchemaRule, DecidesWhetherThereAreUVs) {
     const ByteScript body = ByteScript()
                                 .Double(0.5, "crease angle")
                                 .Raw(Bytes(6, 0), "six absent arrays")
-                                .Byte(1, "UVs: present, or the next value of the host")
+                                .OneByte(1, "UVs: present, or the next value of the host")
                                 .Qword(1, "array number")
                                 .Qword(0, "count");
     for (const UINT bit : {0u, VERSIONABLE_SCHEMA}) {
@@ -372,10 +373,10 @@ TEST_P(SchemaRule, DecidesWhetherThereAreUVs) {
 TEST(LoadMesh, ANumberOfAnArrayOfAnotherTypeIsTakenAsItIs) {
     const ByteScript body = ByteScript()
                                 .Double(0.0, "crease angle")
-                                .Byte(1, "vertices: present")
+                                .OneByte(1, "vertices: present")
                                 .Qword(1, "array number 1, new")
                                 .Qword(0, "count")
-                                .Byte(1, "normals: present")
+                                .OneByte(1, "normals: present")
                                 .Qword(1, "array number 1, an array of points")
                                 .Raw(Bytes(5, 0), "five absent arrays");
     LoadedFrom loaded(body.Bytes());
@@ -471,7 +472,7 @@ TEST(PartlyLoaded, ArraysReadSoFarAreInstalledAndTheRestAreAsTheyWere) {
 TEST(PartlyLoaded, ANewArrayIsInstalledBeforeItsContentIsRead) {
     const ByteScript body = ByteScript()
                                 .Double(0.25, "crease angle")
-                                .Byte(1, "vertices: present")
+                                .OneByte(1, "vertices: present")
                                 .Qword(1, "array number 1, new");
     LoadedFrom loaded(body.Bytes());
     const Mesh target = FullSquare();
@@ -486,7 +487,7 @@ TEST(PartlyLoaded, ACountNoVectorCanHaveThrowsVectorTooLong) {
         LoadedFrom loaded(ByteScript()
                               .Double(0.0, "crease angle")
                               .Raw(Bytes(absentBefore, 0), "absent arrays")
-                              .Byte(1, "present")
+                              .OneByte(1, "present")
                               .Qword(1, "array number")
                               .Qword(count, "count")
                               .Bytes());

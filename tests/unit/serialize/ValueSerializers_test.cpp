@@ -186,8 +186,11 @@ TEST(Point2d, KeepsTheBitsOfANaN) {
 }
 
 TEST(Color, IsRedGreenBlueAlpha) {
-    const ByteScript script =
-        ByteScript().Byte(0x11, "red").Byte(0x22, "green").Byte(0x33, "blue").Byte(0x44, "alpha");
+    const ByteScript script = ByteScript()
+                                  .OneByte(0x11, "red")
+                                  .OneByte(0x22, "green")
+                                  .OneByte(0x33, "blue")
+                                  .OneByte(0x44, "alpha");
     EXPECT_TRUE(script.Matches(Stored(ON_Color(0x11, 0x22, 0x33, 0x44))));
     EXPECT_EQ(static_cast<unsigned int>(Loaded(script, ON_Color())), 0x44332211u);
 }
@@ -195,10 +198,10 @@ TEST(Color, IsRedGreenBlueAlpha) {
 TEST(GeometryValues, StandBetweenBufferedOnesUndisturbed) {
     const ByteScript script = ByteScript()
                                   .Dword(0xAAAAAAAA, "buffered before")
-                                  .Byte(1, "red")
-                                  .Byte(2, "green")
-                                  .Byte(3, "blue")
-                                  .Byte(4, "alpha")
+                                  .OneByte(1, "red")
+                                  .OneByte(2, "green")
+                                  .OneByte(3, "blue")
+                                  .OneByte(4, "alpha")
                                   .Word(0xBBBB, "buffered between")
                                   .Double(0.25, "x")
                                   .Double(0.5, "y")

@@ -104,13 +104,13 @@ std::vector<MalformedStream> MalformedStreams() {
          {Any},
          badClass},
         {"SchemaDiffersNotVersionable",
-         ByteScript().NewClass(2, "CTestNode", "schema 1").Byte(1, "value").Word(0, "null"),
+         ByteScript().NewClass(2, "CTestNode", "schema 1").OneByte(1, "value").Word(0, "null"),
          {Any},
          badSchema},
         {"WrongClass", OneItem(), {node}, badClass},
         {"BaseWhereDerivedIsWanted", OneMesh(), {&CTestDerivedMesh::GetThisClass}, badClass},
         {"WrongSchemaAndWrongClass",
-         ByteScript().NewClass(2, "CTestNode", "schema 1").Byte(1, "value").Word(0, "null"),
+         ByteScript().NewClass(2, "CTestNode", "schema 1").OneByte(1, "value").Word(0, "null"),
          {item},
          badSchema},
         {"ReferenceToAnObjectOfAWrongClass", OneItem().Word(2, "the item"), {Any, node}, badClass},
@@ -178,7 +178,7 @@ TEST(MalformedArchive, ObjectWhoseBodyFailsIsNotDeleted) {
     const std::size_t before = TestObject::CountOnHeap();
     MemoryFile file(ByteScript()
                         .NewClass(1, "CTestNode", "class number 1")
-                        .Byte(1, "outer value")
+                        .OneByte(1, "outer value")
                         .Word(0x8001, "class number 1")
                         .Bytes());
     CArchive archive(&file, CArchive::load);
