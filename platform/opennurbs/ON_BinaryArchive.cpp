@@ -39,6 +39,22 @@ bool ReadCountedArray(ON_BinaryArchive& archive, ON_SimpleArray<Element>& elemen
     return archive.ReadInt(&count) && count >= 0 && ReadInBlocks(archive, count, elements);
 }
 
+bool IsHighSurrogate(std::uint32_t unit) noexcept {
+    return (unit & 0xfffffc00u) == 0xd800u;
+}
+bool IsLowSurrogate(std::uint32_t unit) noexcept {
+    return (unit & 0xfffffc00u) == 0xdc00u;
+}
+
+bool IsSurrogate(std::uint32_t unit) noexcept {
+    return (unit & 0xfffff800u) == 0xd800u;
+}
+
+constexpr bool kCharactersAreUnits = sizeof(wchar_t) == 2;
+
+// Stands for what is no character.
+constexpr std::uint16_t kReplacement = 0xfffd;
+
 std::vector<std::uint16_t> EncodeUtf16(const ON_wString& text) {
     std::vector<std::uint16_t> units;
     const wchar_t* characters = text.Array();
@@ -46,40 +62,38 @@ std::vector<std::uint16_t> EncodeUtf16(const ON_wString& text) {
     units.reserve(length + 1);
     for (size_t index = 0; index < length; ++index) {
         const auto character = static_cast<std::uint32_t>(characters[index]);
-        if (character < 0x10000u) {
+        if (kCharactersAreUnits || (character < 0x10000u && !IsSurrogate(character))) {
             units.push_back(static_cast<std::uint16_t>(character));
-        } else if (character < 0x110000u) {
+        } else if (character >= 0x10000u && character < 0x110000u) {
             const std::uint32_t offset = character - 0x10000u;
             units.push_back(static_cast<std::uint16_t>(0xd800u + (offset >> 10)));
             units.push_back(static_cast<std::uint16_t>(0xdc00u + (offset & 0x3ffu)));
         } else {
-            units.push_back(0xfffd);
+            units.push_back(kReplacement);
         }
     }
     units.push_back(0);
     return units;
 }
 
-bool IsHighSurrogate(std::uint16_t unit) noexcept {
-    return (unit & 0xfc00u) == 0xd800u;
-}
-bool IsLowSurrogate(std::uint16_t unit) noexcept {
-    return (unit & 0xfc00u) == 0xdc00u;
-}
-
 std::wstring DecodeUtf16(const std::uint16_t* units, size_t count) {
     std::wstring text;
     text.reserve(count);
+    bool isInRun = false;  // of surrogates without their partners, which become one character
     for (size_t index = 0; index < count; ++index) {
-        // A surrogate without its partner stays a character of its own.
-        if (sizeof(wchar_t) > 2 && IsHighSurrogate(units[index]) && index + 1 < count &&
-            IsLowSurrogate(units[index + 1])) {
+        if (kCharactersAreUnits || !IsSurrogate(units[index])) {
+            text.push_back(static_cast<wchar_t>(units[index]));
+            isInRun = false;
+        } else if (index + 1 < count && IsHighSurrogate(units[index]) &&
+                   IsLowSurrogate(units[index + 1])) {
             const std::uint32_t offset =
                 ((units[index] & 0x3ffu) << 10) | (units[index + 1] & 0x3ffu);
             text.push_back(static_cast<wchar_t>(0x10000u + offset));
             ++index;
-        } else {
-            text.push_back(static_cast<wchar_t>(units[index]));
+            isInRun = false;
+        } else if (!isInRun) {
+            text.push_back(static_cast<wchar_t>(kReplacement));
+            isInRun = true;
         }
     }
     return text;

@@ -134,6 +134,9 @@ public:
 
     /// Writes UTF-16 units; the count includes a terminating 0.
     ///
+    /// Where `wchar_t` has 32 bits, each character that is a surrogate is written as U+FFFD, and a run
+    /// of units that are surrogates without their partners is read as one U+FFFD.
+    ///
     /// - Deliberate: an empty string has the count 0 and no terminator.
     bool WriteString(const ON_wString& text);
     bool ReadString(ON_wString& text);

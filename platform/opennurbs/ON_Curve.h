@@ -25,6 +25,7 @@ public:
     virtual ON_Interval Domain() const = 0;
 
     /// - Result: the origin when the curve has no points.
+    /// - Result: `ON_UNSET_POINT` where there is no curve to evaluate.
     virtual ON_3dPoint PointAt(double t) const = 0;
     ON_3dPoint PointAtStart() const { return PointAt(Domain()[0]); }
     ON_3dPoint PointAtEnd() const { return PointAt(Domain()[1]); }

@@ -134,7 +134,7 @@ ON_Interval ON_NurbsCurve::Domain() const {
 
 ON_3dPoint ON_NurbsCurve::PointAt(double t) const {
     if (!IsValid()) {
-        return ON_3dPoint(0.0, 0.0, 0.0);
+        return ON_UNSET_POINT;
     }
     const int span = kernel_detail::FindSpan(m_order, m_cv_count, m_knot, t);
     std::vector<double> points;

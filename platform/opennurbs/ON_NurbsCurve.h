@@ -85,13 +85,14 @@ public:
     bool MakeRational();
     /// Changes the number of coordinates; new ones are 0.0.
     bool ChangeDimension(int dimension);
-    /// Repeats the end knots until the curve begins and ends in its first and last control point.
-    bool ClampEnds();
+    /// Repeats the end knots until the curve begins (`end` 0), ends (1) or does both (2) in a control
+    /// point.
+    bool ClampEnd(int end);
     /// Raises the degree without changing the curve; the ends are clamped first.
     bool IncreaseDegree(int degree);
     /// Appends a curve, whose domain is moved to follow.
     ///
-    /// Both become rational, and of the higher of the two degrees, where they differ.
+    /// Both become rational, and of the higher degree and dimension, where they differ.
     ///
     /// - Deliberate: the first control point of the appended curve is dropped without comparison.
     bool Append(const ON_NurbsCurve& curve);

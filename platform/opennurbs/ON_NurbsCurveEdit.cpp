@@ -129,15 +129,19 @@ bool ON_NurbsCurve::ChangeDimension(int dimension) {
     return true;
 }
 
-bool ON_NurbsCurve::ClampEnds() {
+bool ON_NurbsCurve::ClampEnd(int end) {
     if (!IsValid()) {
         return false;
     }
     const int degree = m_order - 1;
     const int knotCount = KnotCount();
     const ON_NurbsCurve source(*this);
-    std::fill_n(m_knot, degree, source.Domain()[0]);
-    std::fill_n(m_knot + (knotCount - degree), degree, source.Domain()[1]);
+    if (end != 1) {
+        std::fill_n(m_knot, degree, source.Domain()[0]);
+    }
+    if (end != 0) {
+        std::fill_n(m_knot + (knotCount - degree), degree, source.Domain()[1]);
+    }
     const auto evaluate = [&](int first, int last, int span) {
         SpanBlossom blossom(source, span);
         for (int number = first; number < last; ++number) {
@@ -159,7 +163,7 @@ bool ON_NurbsCurve::IncreaseDegree(int degree) {
         return false;
     }
     while (m_order - 1 < degree) {
-        ClampEnds();
+        ClampEnd(2);
         *this = RaisedByOne(*this);
     }
     return true;
@@ -167,17 +171,22 @@ bool ON_NurbsCurve::IncreaseDegree(int degree) {
 
 bool ON_NurbsCurve::Append(const ON_NurbsCurve& curve) {
     ON_NurbsCurve tail(curve);
-    if (!IsValid() || !tail.IsValid() || m_dim != tail.m_dim) {
+    if (!IsValid() || !tail.IsValid()) {
         return false;
+    }
+    if (m_dim != tail.m_dim) {
+        const int dimension = std::max(m_dim, tail.m_dim);
+        ChangeDimension(dimension);
+        tail.ChangeDimension(dimension);
     }
     if (m_is_rat != tail.m_is_rat) {
         MakeRational();
         tail.MakeRational();
     }
-    ClampEnds();
-    tail.ClampEnds();
     IncreaseDegree(tail.m_order - 1);
     tail.IncreaseDegree(m_order - 1);
+    ClampEnd(1);
+    tail.ClampEnd(0);
 
     const double shift = m_knot[m_cv_count - 1] - tail.m_knot[m_order - 2];
     std::vector<double> knots(m_knot, m_knot + KnotCount());

@@ -32,8 +32,7 @@ constexpr ON_UUID ObjectId(std::uint32_t data1) noexcept {
 
 }  // namespace
 
-const ON_ClassId ON_Object::m_ON_Object_class_id("ON_Object", nullptr, ObjectId(0x60b5dbbd),
-                                                 nullptr);
+const ON_ClassId ON_Object::m_ON_Object_class_id("ON_Object", "0", ObjectId(0x60b5dbbd), nullptr);
 const ON_ClassId ON_Geometry::m_ON_Geometry_class_id("ON_Geometry", "ON_Object",
                                                      GeometryId(0x4ed7d4da), nullptr);
 const ON_ClassId ON_Curve::m_ON_Curve_class_id("ON_Curve", "ON_Geometry", GeometryId(0x4ed7d4d7),

@@ -21,8 +21,8 @@ public:
     static const ON_ClassId* ClassId(const ON_UUID& id) noexcept;
 
     const char* ClassName() const noexcept { return m_name; }
-    /// - Result: null for `ON_Object`.
-    const char* BaseName() const noexcept { return m_baseName; }
+    /// - Deliberate: "0" for `ON_Object`, which has no base.
+    const char* BaseClassName() const noexcept { return m_baseName; }
     ON_UUID Uuid() const noexcept { return m_id; }
 
     /// Returns a new default object for the caller to delete; null for an abstract class.

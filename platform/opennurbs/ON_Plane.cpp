@@ -68,7 +68,6 @@ bool ON_Plane::CreateFromNormal(const ON_3dPoint& point, const ON_3dVector& norm
     xaxis.Unitize();
     yaxis = ON_CrossProduct(zaxis, xaxis);
     yaxis.Unitize();
-    plane_equation = ON_PlaneEquation();
     UpdateEquation();
     return hasDirection;
 }

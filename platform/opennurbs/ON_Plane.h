@@ -64,7 +64,8 @@ public:
 
     /// Builds the plane through a point with a normal; the x axis comes from `PerpendicularTo`.
     ///
-    /// - Result: whether the normal could be unitized; all axes are zero where it could not.
+    /// - Result: whether the normal could be unitized; all axes are zero where it could not. The
+    ///   equation stays as it is when the point is not valid.
     /// - Deliberate: many components of the axes are -0.0, and the normal -z has the x axis
     /// (-1,0,-0).
     VERIDANE_OPENNURBS_API bool CreateFromNormal(const ON_3dPoint& point,

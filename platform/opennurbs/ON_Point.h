@@ -157,6 +157,9 @@ public:
     bool IsZero() const noexcept { return x == 0.0 && y == 0.0 && z == 0.0; }
 };
 
+/// What a curve answers that cannot be evaluated.
+inline const ON_3dPoint ON_UNSET_POINT(ON_UNSET_VALUE, ON_UNSET_VALUE, ON_UNSET_VALUE);
+
 class ON_3dVector {
 public:
     double x, y, z;

@@ -110,7 +110,7 @@ ON_Interval ON_PolyCurve::Domain() const {
 
 ON_3dPoint ON_PolyCurve::PointAt(double t) const {
     if (!HasIncreasingParameters()) {
-        return ON_3dPoint(0.0, 0.0, 0.0);
+        return ON_UNSET_POINT;
     }
     const double* parameters = m_t.Array();
     const double* end = std::upper_bound(parameters + 1, parameters + Count(), t);

@@ -71,7 +71,7 @@ ON_Interval ON_PolylineCurve::Domain() const {
 ON_3dPoint ON_PolylineCurve::PointAt(double t) const {
     const int count = m_pline.Count();
     if (count == 0 || m_t.Count() != count) {
-        return ON_3dPoint(0.0, 0.0, 0.0);
+        return ON_UNSET_POINT;
     }
     if (count == 1) {
         return m_pline[0];

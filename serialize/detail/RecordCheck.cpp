@@ -67,7 +67,7 @@ private:
 
     void CheckClass(const ON_ClassId& storedClass, std::string_view baseName) {
         const std::string name = storedClass.ClassName();
-        if (storedClass.BaseName() != baseName)
+        if (storedClass.BaseClassName() != baseName)
             context_.Report(CheckCode::RecordClass, begin_,
                             [&] { return name + " is not derived from " + std::string(baseName); });
         if (!IsFlat(name))

@@ -80,7 +80,7 @@ ON_wString GoldenLine::String() {
             text += static_cast<wchar_t>(character);
         }
     }
-    return ON_wString(text);
+    return ON_wString(text.c_str());
 }
 
 ON_2dPoint GoldenLine::Point2() {
@@ -95,7 +95,7 @@ ON_3dPoint GoldenLine::Point() {
 }
 
 ON_3dVector GoldenLine::Vector() {
-    return Point();
+    return ON_3dVector(Point());
 }
 
 ON_Interval GoldenLine::Interval() {

@@ -6,15 +6,15 @@
 #include <string>
 #include <vector>
 
-#include "opennurbs.h"
+#include "serialize/detail/OpenNurbsInterface.h"
 
 namespace kerneltest {
 
-class MemoryArchive : public ON_BinaryArchive {
+class MemoryArchive : public Vr::detail::OpenNurbsArchive {
 public:
     explicit MemoryArchive(ON::archive_mode mode, std::vector<unsigned char> content = {},
                            int version = 0)
-        : ON_BinaryArchive(mode), bytes(std::move(content)) {
+        : Vr::detail::OpenNurbsArchive(mode), bytes(std::move(content)) {
         SetArchive3dmVersion(version);
     }
 

@@ -1,4 +1,5 @@
 // Arcs as curves.
+#include "unit/platform/opennurbs/ControlPoint.h"
 #include "unit/platform/opennurbs/MemoryArchive.h"
 #include "unit/platform/opennurbs/SameBits.h"
 
@@ -31,7 +32,7 @@ TEST(ON_ArcCurve, FullCircleEndsExactlyWhereItStarts) {
     const ON_Plane plane(ON_3dPoint(1.0, 2.0, 3.0), ON_3dVector(1.0, 2.0, 3.0));
     ON_NurbsCurve form;
     ASSERT_NE(ON_ArcCurve(ON_Circle(plane, 1.5)).GetNurbForm(form), 0);
-    EXPECT_SAME_BITS(form.ControlPoint(8), form.ControlPoint(0));
+    EXPECT_SAME_BITS(kerneltest::ControlPointOf(form, 8), kerneltest::ControlPointOf(form, 0));
 }
 
 TEST(ON_ArcCurve, NurbsFormStaysOnTheCircle) {
@@ -47,7 +48,8 @@ TEST(ON_ArcCurve, NurbsFormStaysOnTheCircle) {
 TEST(ON_ArcCurve, ParameterIsMappedToTheAngle) {
     const ON_ArcCurve arc(ON_Arc(ON_Plane(), 2.0, ON_PI), 10.0, 20.0);
     EXPECT_SAME_BITS(arc.PointAt(10.0), ON_3dPoint(2.0, 0.0, 0.0));
-    EXPECT_SAME_BITS(arc.PointAt(15.0), ON_3dPoint(2.0 * std::cos(0.5 * ON_PI), 2.0, 0.0));
+    // The cosine of a quarter turn is 0, or what the C library says of pi/2.
+    EXPECT_LE(arc.PointAt(15.0).DistanceTo(ON_3dPoint(0.0, 2.0, 0.0)), 2e-16);
 }
 
 TEST(ON_ArcCurve, UnknownMajorVersionFails) {

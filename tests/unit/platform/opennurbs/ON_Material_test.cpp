@@ -282,13 +282,3 @@ TEST(ON_Material, UnknownMajorVersionSucceedsWithTheDefaults) {
     EXPECT_TRUE(material.m_material_name.IsEmpty());
     EXPECT_EQ(material.m_index_of_refraction, 1.0);
 }
-
-TEST(ON_Material, EveryPrefixOfTheNewerFormFails) {
-    for (const auto& [label, bytes] : StreamsOf("newer")) {
-        for (size_t kept = 0; kept < bytes.size(); ++kept) {
-            MemoryArchive archive(ON::archive_mode::read, FirstBytes(bytes, kept));
-            ON_Material material;
-            EXPECT_FALSE(material.Read(archive)) << label << " cut to " << kept;
-        }
-    }
-}

@@ -30,6 +30,7 @@ TEST(ON_Plane, PlanesFromNormalsGiveTheRecordedBits) {
         const ON_Plane expected = line.Plane();
         EXPECT_SAME_BITS(ON_Plane(origin, normal), expected);
         ON_Plane created;
+        created.plane_equation = ON_PlaneEquation();
         EXPECT_EQ(created.CreateFromNormal(origin, normal), line.Flag());
         EXPECT_SAME_BITS(created, expected);
         EXPECT_EQ(created.IsValid(), line.Flag());
@@ -79,10 +80,18 @@ TEST(ON_Plane, NullNormalGivesNullAxes) {
     EXPECT_FALSE(plane.IsValid());
 }
 
+TEST(ON_Plane, EquationIsKeptWhenTheOriginIsNotUsable) {
+    ON_Plane plane(ON_3dPoint(0.0, 0.0, 7.0), ON_3dVector(0.0, 0.0, 1.0));
+    EXPECT_TRUE(
+        plane.CreateFromNormal(ON_3dPoint(ON_UNSET_VALUE, 0.0, 0.0), ON_3dVector(1.0, 0.0, 0.0)));
+    EXPECT_SAME_BITS(plane.zaxis, ON_3dVector(1.0, 0.0, 0.0));
+    EXPECT_SAME_BITS(plane.plane_equation.d, -7.0);
+}
+
 TEST(ON_Plane, EquationIsKeptWhenThePointIsNotUsable) {
     ON_PlaneEquation equation(1.0, 2.0, 3.0, 4.0);
     EXPECT_FALSE(equation.Create(ON_3dPoint(ON_UNSET_VALUE, 0.0, 0.0), ON_3dVector(0.0, 0.0, 1.0)));
-    EXPECT_SAME_BITS(ON_3dVector(equation), ON_3dVector(1.0, 2.0, 3.0));
+    EXPECT_SAME_BITS(ON_3dVector(equation.x, equation.y, equation.z), ON_3dVector(1.0, 2.0, 3.0));
     EXPECT_SAME_BITS(equation.d, 4.0);
 }
 

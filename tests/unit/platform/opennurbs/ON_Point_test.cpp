@@ -1,10 +1,13 @@
 // Points and vectors against the recorded results, and their oddities by hand.
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <type_traits>
 #include <utility>
 
 #include "unit/platform/opennurbs/GoldenFile.h"
+#include "unit/platform/opennurbs/Release.h"
 #include "unit/platform/opennurbs/SameBits.h"
 
 using kerneltest::GoldenCases;
@@ -15,6 +18,12 @@ namespace {
 constexpr char kFile[] = "vectors.txt";
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+double DoubleOfBits(std::uint64_t bits) {
+    double value = 0.0;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
 
 // The six comparisons of `a` with each of `others`, as rows of digits.
 template <class Value>
@@ -76,7 +85,7 @@ TEST(ON_Point, LengthAndUnitizeGiveTheRecordedBits) {
         ON_3dVector unitized = v;
         EXPECT_EQ(unitized.Unitize(), line.Flag());
         EXPECT_SAME_BITS(unitized, line.Vector());
-        EXPECT_EQ(v.IsValid(), line.Flag());
+        EXPECT_EQ(v.IsValid(), line.Flag() && kerneltest::IsWithinLimits(v));
         EXPECT_EQ(v.IsZero(), line.Flag());
         EXPECT_EQ(v.IsUnitVector(), line.Flag());
         EXPECT_TRUE(line.IsAtEnd());
@@ -219,7 +228,7 @@ TEST(ON_Point, LengthFollowsItsDefinitionForAnyBits) {
         1e-310, 1e-308, -2.5, kNan, kInfinity, -kInfinity, 2.2250738585072014e-308};
     const auto component = [&] {
         const std::uint64_t bits = random();
-        return bits % 3 == 0 ? kernel_detail::DoubleOfBits(random()) : pool[(bits >> 8) % 14];
+        return bits % 3 == 0 ? DoubleOfBits(random()) : pool[(bits >> 8) % 14];
     };
     for (int number = 0; number < 100000; ++number) {
         const double x = component();
@@ -293,5 +302,5 @@ TEST(ON_Point, PointsAndVectorsConvertIntoEachOther) {
 TEST(ON_Point, UnsetValueIsNotAValidCoordinate) {
     EXPECT_FALSE(ON_3dPoint(0.0, ON_UNSET_VALUE, 0.0).IsValid());
     EXPECT_FALSE(ON_2dPoint(kNan, 0.0).IsValid());
-    EXPECT_TRUE(ON_2dPoint(-ON_UNSET_VALUE, 0.0).IsValid());
+    EXPECT_EQ(ON_2dPoint(-ON_UNSET_VALUE, 0.0).IsValid(), !kerneltest::kIsLaterRelease);
 }

@@ -103,12 +103,15 @@ TEST(ON_PolyCurve, SegmentWithoutNurbsFormLeavesNone) {
     ON_LineCurve::Cast(curve.SegmentCurve(1))->m_t = ON_Interval(1.0, 1.0);
     ON_NurbsCurve form;
     EXPECT_EQ(curve.GetNurbForm(form), 0);
-    EXPECT_EQ(form.CVCount(), 0);
 }
 
-TEST(ON_PolyCurve, SegmentsOfTwoDimensionsHaveNoNurbsForm) {
-    ON_PolyCurve curve = TwoLines();
-    ON_LineCurve::Cast(curve.SegmentCurve(1))->m_dim = 2;
-    ON_NurbsCurve form;
-    EXPECT_EQ(curve.GetNurbForm(form), 0);
+TEST(ON_PolyCurve, FormHasTheHighestDimensionOfTheSegments) {
+    for (const int flat : {0, 1}) {
+        ON_PolyCurve curve = TwoLines();
+        ON_LineCurve::Cast(curve.SegmentCurve(flat))->m_dim = 2;
+        ON_NurbsCurve form;
+        EXPECT_NE(curve.GetNurbForm(form), 0);
+        EXPECT_EQ(form.m_dim, 3);
+        EXPECT_EQ(form.CVCount(), 3);
+    }
 }

@@ -33,7 +33,7 @@ TEST(ON_PolylineCurve, FewerThanTwoPointsAreValidButHaveNoNurbsForm) {
     ON_NurbsCurve form;
     EXPECT_TRUE(empty.IsValid());
     EXPECT_EQ(empty.GetNurbForm(form), 0);
-    EXPECT_SAME_BITS(empty.PointAt(0.0), ON_3dPoint(0.0, 0.0, 0.0));
+    EXPECT_SAME_BITS(empty.PointAt(0.0), ON_UNSET_POINT);
     EXPECT_FALSE(empty.BoundingBox().IsValid());
 }
 

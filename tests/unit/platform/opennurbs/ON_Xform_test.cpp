@@ -23,14 +23,24 @@ ON_Xform Made(Edit edit) {
 const std::map<std::string, ON_Xform>& RecordedMakes() {
     static const std::map<std::string, ON_Xform> makes = {
         {"default", ON_Xform()},
+        {"fromDouble2.5", ON_Xform(2.5)},
+#if !defined(ON_UNSET_POSITIVE_VALUE)
+        // gone from later interfaces
         {"fromInt1", ON_Xform(1)},
         {"fromInt2", ON_Xform(2)},
         {"fromInt0", ON_Xform(0)},
-        {"fromDouble2.5", ON_Xform(2.5)},
         {"assignInt3", Made([](ON_Xform& x) { x = 3; })},
         {"assignDouble1", Made([](ON_Xform& x) { x = 1.0; })},
-        {"identity", Made([](ON_Xform& x) { x.Identity(); })},
         {"zero", Made([](ON_Xform& x) { x.Zero(); })},
+#else
+        {"fromInt1", ON_Xform(1.0)},
+        {"fromInt2", ON_Xform(2.0)},
+        {"fromInt0", ON_Xform(0.0)},
+        {"assignInt3", ON_Xform(3.0)},
+        {"assignDouble1", ON_Xform(1.0)},
+        {"zero", ON_Xform::Zero4x4},
+#endif
+        {"identity", Made([](ON_Xform& x) { x.Identity(); })},
         {"diagonal4", Made([](ON_Xform& x) { x.Diagonal(4.0); })},
         {"scale2,3,4", Made([](ON_Xform& x) { x.Scale(2.0, 3.0, 4.0); })},
         {"scaleVector2,1,1", Made([](ON_Xform& x) { x.Scale(ON_3dVector(2.0, 1.0, 1.0)); })},
@@ -38,7 +48,8 @@ const std::map<std::string, ON_Xform>& RecordedMakes() {
         {"scaleAboutOrigin", Made([](ON_Xform& x) { x.Scale(ON_3dPoint(0.0, 0.0, 0.0), 2.0); })},
         {"translate1,2,3", Made([](ON_Xform& x) { x.Translation(1.0, 2.0, 3.0); })},
         {"translateVector-1,0.5,0",
-         Made([](ON_Xform& x) { x.Translation(ON_3dVector(-1.0, 0.5, 0.0)); })}};
+         Made([](ON_Xform& x) { x.Translation(ON_3dVector(-1.0, 0.5, 0.0)); })}
+    };
     return makes;
 }
 
