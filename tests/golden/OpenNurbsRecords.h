@@ -158,4 +158,45 @@ inline ByteScript OakMaterial(std::uint32_t index = 7) {
         .Double(1.5, "index of refraction");
 }
 
+/// A material with textures, a library and a plug-in: 219 bytes.
+inline ByteScript TexturedMaterial(std::uint32_t index = 3) {
+    return ByteScript()
+        .OneByte(0x11, "version 1.1")
+        .Hex("01020300", "ambient")
+        .Hex("04050600", "diffuse")
+        .Hex("07080900", "emission")
+        .Hex("0a0b0c00", "specular")
+        .Double(128.0, "shine")
+        .Double(0.5, "transparency")
+        .Hex("01010002", "constants")
+        .Dword(0, "constant colour")
+        .Word(0, "constant")
+        .Word(0, "constant")
+        .Double(0.0, "constant")
+        .Double(1.0, "constant")
+        .Dword(6, "bitmap texture: units of its file name")
+        .Hex("6100 2e00 7000 6e00 6700 0000", "a.png")
+        .Dword(2, "bitmap texture: decal")
+        .Dword(0, "bitmap texture: constant")
+        .Dword(6, "bump texture: units of its file name")
+        .Hex("6200 2e00 7000 6e00 6700 0000", "b.png")
+        .Dword(1, "bump texture: no decal")
+        .Dword(0, "bump texture: constant")
+        .Double(2.5, "bump texture: scale")
+        .Dword(6, "environment texture: units of its file name")
+        .Hex("6500 2e00 7000 6e00 6700 0000", "e.png")
+        .Dword(1, "environment texture: no decal")
+        .Dword(0, "environment texture: constant")
+        .Dword(index, "index")
+        .Hex("a4a3a2a1 b2b1 c2c1 0102 030405060708", "UUID of the plug-in")
+        .Dword(4, "units of the library")
+        .Hex("6c00 6900 6200 0000", "lib")
+        .Dword(5, "units of the name")
+        .Hex("5700 6f00 6f00 6400 0000", "Wood")
+        .Hex("14131211 1615 1817 191a 1b1c1d1e1f20", "UUID")
+        .Hex("0d0e0f00", "reflection")
+        .Hex("10111200", "transparent")
+        .Double(1.25, "index of refraction");
+}
+
 }  // namespace Vr::golden

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 namespace {
@@ -12,17 +13,21 @@ std::atomic<std::size_t> allocationCount{0};
 std::atomic<std::size_t> failingNumber{0};
 std::atomic<bool> failsFromThenOn{false};
 std::atomic<bool> hasHappened{false};
+constexpr std::size_t kNoLimit = (std::numeric_limits<std::size_t>::max)();
+std::atomic<std::size_t> largestSize{kNoLimit};
 
-bool IsToFail(std::size_t number) {
+bool IsToFail(std::size_t number, std::size_t size) {
     const std::size_t failing = failingNumber;
+    if (size > largestSize)
+        return true;
     return failing != 0 && (failsFromThenOn ? number >= failing : number == failing);
 }
 
 // Counts an allocation that `allocate` makes, or fails in its place.
 template <class Allocate>
-void* Counted(const Allocate& allocate) {
+void* Counted(std::size_t size, const Allocate& allocate) {
     const std::size_t number = ++allocationCount;
-    void* const memory = IsToFail(number) ? nullptr : allocate();
+    void* const memory = IsToFail(number, size) ? nullptr : allocate();
     if (memory == nullptr) {
         hasHappened = true;
         throw std::bad_alloc();
@@ -34,12 +39,13 @@ void* Counted(const Allocate& allocate) {
 }  // namespace
 
 void* operator new(std::size_t size) {
-    return Counted([=] { return std::malloc(size > 0 ? size : 1); });
+    return Counted(size, [=] { return std::malloc(size > 0 ? size : 1); });
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment) {
     const auto bytes = static_cast<std::size_t>(alignment);
-    return Counted([=] { return std::aligned_alloc(bytes, (size + bytes - 1) / bytes * bytes); });
+    return Counted(size,
+                   [=] { return std::aligned_alloc(bytes, (size + bytes - 1) / bytes * bytes); });
 }
 
 void operator delete(void* memory) noexcept {
@@ -82,6 +88,14 @@ FailAllocation::~FailAllocation() {
 
 bool FailAllocation::HasHappened() const {
     return hasHappened;
+}
+
+LimitAllocation::LimitAllocation(std::size_t largest) {
+    largestSize = largest;
+}
+
+LimitAllocation::~LimitAllocation() {
+    largestSize = kNoLimit;
 }
 
 }  // namespace Vr::test

@@ -34,4 +34,13 @@ public:
     bool HasHappened() const;
 };
 
+/// Lets every allocation of more than so many bytes throw `std::bad_alloc` as long as this object lives.
+class LimitAllocation {
+public:
+    explicit LimitAllocation(std::size_t largest);
+    ~LimitAllocation();
+    LimitAllocation(const LimitAllocation&) = delete;
+    LimitAllocation& operator=(const LimitAllocation&) = delete;
+};
+
 }  // namespace Vr::test
