@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -19,6 +20,13 @@
 #include "mesh/detail/ValueSort.h"
 
 namespace Vr::detail {
+
+/// The numbers from `first` on, read like an array.
+template <class Number>
+struct ConsecutiveNumbers {
+    size_t first;
+    Number operator[](size_t i) const { return static_cast<Number>(first + i); }
+};
 
 /// The used ones among the values of an array.
 template <class Values, class Number>
@@ -34,25 +42,25 @@ public:
     [[nodiscard]] size_t Count() const { return usedCount_; }
     [[nodiscard]] auto ValueOf(Number number) const { return values_[number]; }
 
-    /// Calls `body(const Number* numbers, size_t count)` for blocks of used numbers, ascending, at
-    /// most `kBlockSize` at a time, until it returns false.
+    /// Calls `body(numbers, size_t count)` for blocks of used numbers, `numbers[0]` to
+    /// `numbers[count - 1]`, ascending, at most `kBlockSize` at a time, until it returns false.
     static constexpr size_t kBlockSize = 512;
     template <class Body>
     void ForEachBlock(const Body& body) const {
         Number numbers[kBlockSize];
         for (size_t begin = 0; begin < valueCount_; begin += kBlockSize) {
             const size_t blockSize = std::min(kBlockSize, valueCount_ - begin);
-            size_t count = 0;
-            if (isUsed_) {
-                for (size_t i = 0; i < blockSize; ++i) {
-                    numbers[count] = static_cast<Number>(begin + i);
-                    count += isUsed_[begin + i];
-                }
-            } else {
-                for (; count < blockSize; ++count)
-                    numbers[count] = static_cast<Number>(begin + count);
+            if (!isUsed_) {
+                if (!body(ConsecutiveNumbers<Number>{begin}, blockSize))
+                    return;
+                continue;
             }
-            if (count > 0 && !body(numbers, count))
+            size_t count = 0;
+            for (size_t i = 0; i < blockSize; ++i) {
+                numbers[count] = static_cast<Number>(begin + i);
+                count += isUsed_[begin + i];
+            }
+            if (count > 0 && !body(static_cast<const Number*>(numbers), count))
                 return;
         }
     }
@@ -104,7 +112,7 @@ void SortDistinct(const Source& source, DistinctValues<Value, Number>& distinct)
     bool isAscending = true;
     Value last;
     bool isFirst = true;
-    source.ForEachBlock([&](const Number* numbers, size_t count) {
+    source.ForEachBlock([&](const auto numbers, size_t count) {
         for (size_t i = 0; i < count && isAscending; ++i) {
             const Value value = source.ValueOf(numbers[i]);
             isAscending = isFirst || !IsLessFrom<0>(value, last);
@@ -114,7 +122,7 @@ void SortDistinct(const Source& source, DistinctValues<Value, Number>& distinct)
         return isAscending;
     });
     if (isAscending) {
-        source.ForEachBlock([&](const Number* numbers, size_t count) {
+        source.ForEachBlock([&](const auto numbers, size_t count) {
             for (size_t i = 0; i < count; ++i) {
                 const NumberedValue<Value> item = {source.ValueOf(numbers[i]), numbers[i]};
                 distinct(&item, 1);
@@ -175,13 +183,18 @@ private:
 
     void MarkUsed() {
         isUsed_.reset(new uint8_t[valueCount_]());
-        for (size_t i = 0; i < numberCount_; ++i) {
-            if (numbers_[i] >= valueCount_)
+        // In variables of their own, since a store of bytes might change any member.
+        uint8_t* const isUsed = isUsed_.get();
+        const size_t* const numbers = numbers_;
+        const size_t numberCount = numberCount_;
+        const size_t valueCount = valueCount_;
+        for (size_t i = 0; i < numberCount; ++i) {
+            const size_t number = numbers[i];
+            if (number >= valueCount)
                 ThrowInvalidSubscript();
-            isUsed_[numbers_[i]] = 1;
+            isUsed[number] = 1;
         }
-        for (size_t number = 0; number < valueCount_; ++number)
-            usedCount_ += isUsed_[number];
+        usedCount_ = std::accumulate(isUsed, isUsed + valueCount, size_t{0});
     }
 
     // Afterwards newNumberOf_ gives the numbers of the pool. Returns false when it gave up.
@@ -189,7 +202,7 @@ private:
         const size_t sampleSize = std::max(kSmallestSample, usedCount_ / kSampleShare);
         size_t addedCount = 0;
         bool isWorthIt = true;
-        used.ForEachBlock([&](const Number* numbers, size_t count) {
+        used.ForEachBlock([&](const auto numbers, size_t count) {
             Number poolNumbers[UsedValues<Role, Number>::kBlockSize];
             pool.FindOrAdd(
                 count, [&](size_t i) { return used.ValueOf(numbers[i]); }, poolNumbers);
@@ -213,9 +226,10 @@ private:
         DistinctValues<Value, Number> distinct(count, rankOf.get());
         SortDistinct<Value, Number>(
             UsedValues<std::vector<Value>, Number>(values, count, count, nullptr), distinct);
-        const Number* const poolNumberOf = newNumberOf_.get();
         Finish(distinct, hasMixedZeros,
-               [&](size_t number) { return rankOf[poolNumberOf[number]]; });
+               [rankOf = rankOf.get(), poolNumberOf = newNumberOf_.get()](size_t number) {
+                   return rankOf[poolNumberOf[number]];
+               });
     }
 
     void MergeUsed(const UsedValues<Role, Number>& used) {
@@ -233,8 +247,7 @@ private:
         if (hasMixedZeros)
             RestoreFirstUsed(values, newNumberOf);
         role_.Exchange(values);
-        for (size_t i = 0; i < numberCount_; ++i)
-            numbers_[i] = newNumberOf(numbers_[i]);
+        std::transform(numbers_, numbers_ + numberCount_, numbers_, newNumberOf);
     }
 
     // Of values that differ by signs of zeros the first used one stands for all.

@@ -35,7 +35,7 @@ public:
     explicit ValueSorter(Emit& emit) : emit_(emit) {}
 
     /// Sorts the values of `source`: `source.Count()` of them, whose numbers it lists with
-    /// `source.ForEachBlock(body)` as `body(const Number* numbers, size_t count)` while that returns
+    /// `source.ForEachBlock(body)` as `body(numbers, size_t count)` while that returns
     /// true, and whose values are `source.ValueOf(number)`.
     template <class Source>
     void Sort(const Source& source) {
@@ -91,7 +91,7 @@ private:
     template <class Source>
     static Scale ScaleOfFirstAxis(const Source& source) {
         Scale scale;
-        source.ForEachBlock([&](const Number* numbers, size_t count) {
+        source.ForEachBlock([&](const auto numbers, size_t count) {
             for (size_t i = 0; i < count; ++i)
                 scale.Include(CoordinateOf<0>(source.ValueOf(numbers[i])));
             return true;
@@ -110,7 +110,7 @@ private:
         const std::unique_ptr<Item[]> items(new Item[count]);
         const std::unique_ptr<Item[]> spare(new Item[count]);
         size_t copied = 0;
-        source.ForEachBlock([&](const Number* numbers, size_t blockCount) {
+        source.ForEachBlock([&](const auto numbers, size_t blockCount) {
             for (size_t i = 0; i < blockCount; ++i)
                 items[copied++] = {source.ValueOf(numbers[i]), numbers[i]};
             return true;
@@ -123,7 +123,7 @@ private:
     template <class Source>
     void SortFromSource(const Source& source, const Scale& scale) {
         Number ends[kMostBuckets] = {};
-        source.ForEachBlock([&](const Number* numbers, size_t count) {
+        source.ForEachBlock([&](const auto numbers, size_t count) {
             for (size_t i = 0; i < count; ++i)
                 ++ends[scale.BucketOf(CoordinateOf<0>(source.ValueOf(numbers[i])))];
             return true;
@@ -132,7 +132,7 @@ private:
         const size_t largest = CountsToBegins(ends, bucketCount);
 
         const std::unique_ptr<Item[]> items(new Item[source.Count()]);
-        source.ForEachBlock([&](const Number* numbers, size_t count) {
+        source.ForEachBlock([&](const auto numbers, size_t count) {
             for (size_t i = 0; i < count; ++i) {
                 const Value value = source.ValueOf(numbers[i]);
                 items[ends[scale.BucketOf(CoordinateOf<0>(value))]++] = {value, numbers[i]};
