@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "mesh/VraMeshPrimitive.h"
+#include "mesh/detail/CornerReader.h"
 #include "mesh/detail/FaceNormals.h"
 #include "mesh/detail/IncidenceLists.h"
 #include "mesh/detail/ParallelFor.h"
@@ -31,10 +32,12 @@ using VertexIndexArray = VraMeshPrimitive::VertexIndexArray;
 // Fewer triangles than this are not worth waking a worker for.
 constexpr size_t kGrain = 8192;
 // Triangles or vertices that are worked on together while they are in the nearest cache.
-constexpr size_t kBlock = 256;
+constexpr size_t kBlock = detail::CornerReader::kBlock;
 // How far ahead memory is asked for that is met in random order.
 constexpr size_t kTrianglesAhead = 16;
 constexpr std::ptrdiff_t kEntriesAhead = 24;
+// Faces whose numbers differ by this much fit into a second-level cache.
+constexpr size_t kNearbyFaces = 8192;
 
 struct Result {
     NormalArray normals;
@@ -53,6 +56,7 @@ public:
     JoinedNormals(const VertexArray& vertices, const VertexIndexArray& triangles)
         : vertices_(vertices),
           triangles_(triangles),
+          corners_(vertices, triangles),
           workers_(WorkersFor(triangles.size())),
           sums_(vertices.size(), ON_3dVector(0.0, 0.0, 0.0)),
           isUsed_(vertices.size(), 0) {}
@@ -103,17 +107,26 @@ private:
     // Adds the faces of triangles [first, last) to those of their vertices that are in [begin, end),
     // and returns whether one of the triangles names a vertex twice.
     bool AddFaces(const Face* faces, size_t first, size_t last, size_t begin, size_t end) {
+        // In variables of their own, since a store of bytes might change any member.
+        const TriangleIndex* const triangles = triangles_.data();
+        ON_3dVector* const sums = sums_.data();
+        unsigned char* const isUsed = isUsed_.data();
         bool hasRepeats = false;
+        bool isScattered = false;
         for (size_t number = first; number < last; ++number, ++faces) {
-            PrefetchSums(number + kTrianglesAhead, begin, end);
-            const TriangleIndex triangle = triangles_[number];
+            if (number % kBlock == 0)
+                isScattered = corners_.IsScatteredAt(number);
+            if (isScattered)
+                PrefetchSums(number + kTrianglesAhead, begin, end);
+            const TriangleIndex triangle = triangles[number];
+            const Face face = *faces;
             for (size_t corner = 0; corner < 3; ++corner) {
                 const size_t vertex = triangle.v[corner];
                 const size_t firstCorner = detail::FirstCornerOf(triangle, vertex);
                 hasRepeats |= firstCorner != corner;
                 if (vertex - begin < end - begin) {
-                    faces->AddTo(sums_[vertex], firstCorner);
-                    isUsed_[vertex] = 1;
+                    face.AddTo(sums[vertex], firstCorner);
+                    isUsed[vertex] = 1;
                 }
             }
         }
@@ -154,6 +167,7 @@ private:
 
     const VertexArray& vertices_;
     const VertexIndexArray& triangles_;
+    const detail::CornerReader corners_;
     const size_t workers_;
     NormalArray sums_;
     std::vector<unsigned char> isUsed_;
@@ -200,13 +214,22 @@ private:
         for (size_t block = begin; block < end; block += kBlock) {
             const size_t blockEnd = std::min(block + kBlock, end);
             const size_t firstNumber = normals.size();
+            const bool isScattered = AreFacesScattered(
+                lists.Begin(std::max(begin + kBlock, block) - kBlock), lists.Begin(block));
             for (size_t vertex = block; vertex < blockEnd; ++vertex) {
-                PrefetchFaces(lists.Begin(vertex), lists.End(vertex), lists.End(end - 1));
+                if (isScattered)
+                    PrefetchFaces(lists.Begin(vertex), lists.End(vertex), lists.End(end - 1));
                 SumGroups(lists.Begin(vertex), lists.End(vertex), normals);
             }
             detail::UnitizeAll(normals.data() + firstNumber, normals.size() - firstNumber);
         }
         return normals;
+    }
+
+    // Judged by the lists in front, which are likely to be in the cache still.
+    static bool AreFacesScattered(const Number* list, const Number* listEnd) {
+        return detail::AreScattered(0, static_cast<size_t>(listEnd - list), kNearbyFaces,
+                                    [=](size_t entry) { return Lists::TriangleOf(list[entry]); });
     }
 
     // Asks for what the next lists need. Those behind `lastEnd` belong to another worker, who may be
@@ -316,21 +339,22 @@ bool VraMeshPrimitive::CreateNormalPerTriangle() {
     const size_t triangleCount = triangles->size();
     const auto normals = std::make_shared<NormalArray>(triangleCount);
     const auto normalIndices = std::make_shared<IndexArray>(IndexArray::PerTriangle(triangleCount));
-    auto& numbers = boost::get<IndexArray::PerTriangle>(normalIndices->data);
+    ON_3dVector* const normalOf = normals->data();
+    size_t* const numberOf = boost::get<IndexArray::PerTriangle>(normalIndices->data).data();
     const detail::CornerReader corners(*vertices, *triangles);
+    const auto setNormal = [=](size_t triangle) {
+        const ON_3dPoint& p0 = corners.Point(triangle, 0);
+        const ON_3dPoint& p1 = corners.Point(triangle, 1);
+        const ON_3dPoint& p2 = corners.Point(triangle, 2);
+        normalOf[triangle] = ON_CrossProduct(p0 - p1, p1 - p2);
+        numberOf[triangle] = triangle;
+    };
     detail::ParallelRanges(triangleCount, WorkersFor(triangleCount),
                            [&](size_t begin, size_t end, size_t) {
                                for (size_t block = begin; block < end; block += kBlock) {
                                    const size_t blockEnd = std::min(block + kBlock, end);
-                                   for (size_t triangle = block; triangle < blockEnd; ++triangle) {
-                                       corners.PrefetchBehind(triangle);
-                                       const ON_3dPoint& p0 = corners.Point(triangle, 0);
-                                       const ON_3dPoint& p1 = corners.Point(triangle, 1);
-                                       const ON_3dPoint& p2 = corners.Point(triangle, 2);
-                                       (*normals)[triangle] = ON_CrossProduct(p0 - p1, p1 - p2);
-                                       numbers[triangle] = triangle;
-                                   }
-                                   detail::UnitizeAll(normals->data() + block, blockEnd - block);
+                                   corners.ForEach(block, blockEnd, setNormal);
+                                   detail::UnitizeAll(normalOf + block, blockEnd - block);
                                }
                            });
     SetNormalArray(normals);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "mesh/detail/CornerReader.h"
 #include "mesh/detail/UnitVectors.h"
 
 namespace Vr::detail {
@@ -18,7 +19,6 @@ using VertexIndexArray = VraMeshPrimitive::VertexIndexArray;
 constexpr size_t kBlock = VectorBlock::kCapacity;
 
 ON_3dVector RawNormal(const CornerReader& corners, size_t triangle) {
-    corners.PrefetchBehind(triangle);
     const ON_3dPoint& p1 = corners.Point(triangle, 1);
     return ON_CrossProduct(p1 - corners.Point(triangle, 0), corners.Point(triangle, 2) - p1);
 }
@@ -64,10 +64,12 @@ void SetAngles(AngleBlock& block, size_t count, AngleFace* faces) {
 void MakeAngleFaces(const CornerReader& corners, size_t begin, size_t count, AngleFace* faces) {
     AngleBlock block;
     ON_3dVector units[kBlock];
+    const bool isScattered = corners.IsScatteredAt(begin);
     for (size_t i = 0; i < kBlock; ++i) {
         // A last block that is not full repeats its last triangle.
         const size_t triangle = begin + std::min(i, count - 1);
-        corners.PrefetchBehind(triangle);
+        if (isScattered)
+            corners.PrefetchBehind(triangle);
         const ON_3dPoint& p0 = corners.Point(triangle, 0);
         const ON_3dPoint& p1 = corners.Point(triangle, 1);
         const ON_3dPoint& p2 = corners.Point(triangle, 2);
@@ -87,17 +89,19 @@ void MakeAngleFaces(const CornerReader& corners, size_t begin, size_t count, Ang
 void MakeFaces(const VertexArray& vertices, const VertexIndexArray& triangles, size_t begin,
                size_t end, AreaFace* faces) {
     const CornerReader corners(vertices, triangles);
-    for (size_t triangle = begin; triangle < end; ++triangle)
-        (faces++)->raw = RawNormal(corners, triangle);
+    corners.ForEach(begin, end, [=](size_t triangle) {
+        faces[triangle - begin].raw = RawNormal(corners, triangle);
+    });
 }
 
 void MakeFaces(const VertexArray& vertices, const VertexIndexArray& triangles, size_t begin,
                size_t end, CreaseAreaFace* faces) {
     const CornerReader corners(vertices, triangles);
-    for (size_t triangle = begin; triangle < end; ++triangle, ++faces) {
-        faces->raw = RawNormal(corners, triangle);
-        faces->length = std::sqrt(faces->raw.LengthSquared());
-    }
+    corners.ForEach(begin, end, [=](size_t triangle) {
+        CreaseAreaFace& face = faces[triangle - begin];
+        face.raw = RawNormal(corners, triangle);
+        face.length = std::sqrt(face.raw.LengthSquared());
+    });
 }
 
 void MakeFaces(const VertexArray& vertices, const VertexIndexArray& triangles, size_t begin,

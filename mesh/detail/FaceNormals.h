@@ -2,11 +2,9 @@
 
 #include <opennurbs.h>
 
-#include <cassert>
 #include <cmath>
 
 #include "mesh/VraMeshPrimitive.h"
-#include "mesh/detail/Prefetch.h"
 
 namespace Vr::detail {
 
@@ -82,35 +80,5 @@ void MakeFaces(const VraMeshPrimitive::VertexArray& vertices,
                const VraMeshPrimitive::VertexIndexArray& triangles, size_t begin, size_t end,
                AngleFace* faces);
 /// @}
-
-/// The points of one triangle after another, asked for ahead of their turn.
-class CornerReader {
-public:
-    CornerReader(const VraMeshPrimitive::VertexArray& vertices,
-                 const VraMeshPrimitive::VertexIndexArray& triangles)
-        : points_(vertices.data()),
-          pointCount_(vertices.size()),
-          triangles_(triangles.data()),
-          triangleCount_(triangles.size()) {}
-
-    /// Asks for the points of a triangle that follows soon.
-    void PrefetchBehind(size_t triangle) const {
-        constexpr size_t kTrianglesAhead = 16;
-        if (triangle + kTrianglesAhead < triangleCount_)
-            for (const size_t vertex : triangles_[triangle + kTrianglesAhead].v)
-                PrefetchWhole(points_ + vertex);
-    }
-
-    const ON_3dPoint& Point(size_t triangle, size_t corner) const {
-        assert(triangles_[triangle].v[corner] < pointCount_);
-        return points_[triangles_[triangle].v[corner]];
-    }
-
-private:
-    const ON_3dPoint* points_;
-    size_t pointCount_;
-    const VraMeshPrimitive::TriangleIndex* triangles_;
-    size_t triangleCount_;
-};
 
 }  // namespace Vr::detail

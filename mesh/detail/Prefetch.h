@@ -14,6 +14,8 @@ namespace Vr::detail {
 inline void Prefetch(const void* address) noexcept {
 #if defined(VERIDANE_HAS_PREFETCH)
     __builtin_prefetch(address);
+    // g++ drops calls of functions that do nothing else, as they change no result.
+    __asm__ volatile("");
 #else
     static_cast<void>(address);
 #endif
