@@ -9,6 +9,7 @@
 
 #include "mesh/VraMesh.h"
 #include "mesh/VraMeshPrimitive.h"
+#include "mesh/detail/CornerReader.h"
 #include "mesh/detail/Pair.h"
 #include "mesh/detail/PositionExtremes.h"
 
@@ -113,14 +114,14 @@ double VraMeshPrimitive::CalcVolume(ON_3dPoint reference) const {
     const auto triangles = GetVertexIndexArray();
     if (!vertices || !triangles)
         return 0.0;
-    const ON_3dPoint* const positionOf = vertices->data();
+    const detail::CornerReader corners(*vertices, *triangles);
     double volume = 0.0;
-    for (const TriangleIndex& corners : *triangles) {
-        const ON_3dPoint& p0 = positionOf[corners[0]];
-        const ON_3dPoint& p1 = positionOf[corners[1]];
-        const ON_3dPoint& p2 = positionOf[corners[2]];
+    corners.ForEach(0, triangles->size(), [&](size_t triangle) {
+        const ON_3dPoint& p0 = corners.Point(triangle, 0);
+        const ON_3dPoint& p1 = corners.Point(triangle, 1);
+        const ON_3dPoint& p2 = corners.Point(triangle, 2);
         volume += ON_DotProduct(ON_CrossProduct(p1 - p0, p2 - p0), p0 - reference) / 6.0;
-    }
+    });
     return volume;
 }
 

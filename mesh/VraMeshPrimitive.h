@@ -442,7 +442,8 @@ public:
     ///   vertex index array is missing or there is no triangle.
     /// - Deliberate: vertices that no triangle uses do not count.
     /// - Requires: every vertex number is below the vertex count.
-    /// - Complexity: linear in the triangles, no allocation, calling thread only.
+    /// - Complexity: linear in the triangles and vertices, a bit of memory a vertex where triangles
+    ///   name them in random order, calling thread only.
     virtual bool CalcBoundingBox(ON_BoundingBox& box) const;
     /// @}
 

@@ -5,6 +5,12 @@
 
 #include "mesh/detail/PositionExtremes.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <new>
+
+#include "mesh/detail/CornerReader.h"
 #include "mesh/detail/Pair.h"
 
 namespace Vr::detail {
@@ -45,6 +51,15 @@ struct Extremes {
     Pair highZ;
 };
 
+Extremes Joined(const Extremes& a, const Extremes& b) {
+    Extremes joined = a;
+    joined.lowXY = Min(a.lowXY, b.lowXY);
+    joined.highXY = Max(a.highXY, b.highXY);
+    joined.lowZ = Min(a.lowZ, b.lowZ);
+    joined.highZ = Max(a.highZ, b.highZ);
+    return joined;
+}
+
 Extremes FindExtremes(const ON_3dPoint* positionOf, const VertexIndexArray& triangles) {
     const ON_3dPoint& first = positionOf[triangles.front()[0]];
     Extremes even(first);
@@ -67,11 +82,65 @@ Extremes FindExtremes(const ON_3dPoint* positionOf, const VertexIndexArray& tria
         odd.lowZ = Min(z2, odd.lowZ);
         odd.highZ = Max(z2, odd.highZ);
     }
-    even.lowXY = Min(even.lowXY, odd.lowXY);
-    even.highXY = Max(even.highXY, odd.highXY);
-    even.lowZ = Min(even.lowZ, odd.lowZ);
-    even.highZ = Max(even.highZ, odd.highZ);
-    return even;
+    return Joined(even, odd);
+}
+
+// The vertices that triangles name, a bit each.
+class UsedVertices {
+public:
+    // Leaves the object empty when memory is short or a number is none of a vertex.
+    UsedVertices(size_t vertexCount, const VertexIndexArray& triangles)
+        : words_(new (std::nothrow) uint64_t[vertexCount / 64 + 1]()) {
+        if (!words_)
+            return;
+        uint64_t* const words = words_.get();
+        for (const auto& corners : triangles) {
+            if (std::max({corners[0], corners[1], corners[2]}) >= vertexCount) {
+                words_.reset();
+                return;
+            }
+            for (const size_t vertex : corners.v)
+                words[vertex / 64] |= uint64_t{1} << (vertex % 64);
+        }
+    }
+
+    explicit operator bool() const { return words_ != nullptr; }
+
+    // Calls `body(begin, end)` for each run of used vertices within one word.
+    template <class Body>
+    void ForEachRun(size_t vertexCount, const Body& body) const {
+        for (size_t begin = 0; begin < vertexCount; begin += 64) {
+            uint64_t word = words_[begin / 64];
+            if (word == ~uint64_t{0}) {
+                body(begin, begin + 64);
+                continue;
+            }
+            for (size_t vertex = begin; word != 0; ++vertex, word >>= 1)
+                if ((word & 1) != 0)
+                    body(vertex, vertex + 1);
+        }
+    }
+
+private:
+    std::unique_ptr<uint64_t[]> words_;
+};
+
+// The same as `FindExtremes`, each used vertex once and in order.
+Extremes FindExtremesOfUsed(const VertexArray& vertices, const ON_3dPoint& first,
+                            const UsedVertices& used) {
+    Extremes all(first);
+    const ON_3dPoint* const positionOf = vertices.data();
+    used.ForEachRun(vertices.size(), [&](size_t begin, size_t end) {
+        for (size_t vertex = begin; vertex < end; ++vertex) {
+            const Pair xy = Pair::Load(&positionOf[vertex].x);
+            const Pair z = Pair::Both(positionOf[vertex].z);
+            all.lowXY = Min(xy, all.lowXY);
+            all.highXY = Max(xy, all.highXY);
+            all.lowZ = Min(z, all.lowZ);
+            all.highZ = Max(z, all.highZ);
+        }
+    });
+    return all;
 }
 
 // The first zero that a triangle corner has on the axis, sign and all.
@@ -84,13 +153,23 @@ double FirstZero(const VertexArray& vertices, const VertexIndexArray& triangles,
     return 0.0;
 }
 
+// Where vertices are met in random order it is faster to mark them first.
+Extremes ExtremesOf(const VertexArray& vertices, const VertexIndexArray& triangles) {
+    if (CornerReader(vertices, triangles).IsScatteredAt(0)) {
+        const UsedVertices used(vertices.size(), triangles);
+        if (used)
+            return FindExtremesOfUsed(vertices, vertices[triangles.front()[0]], used);
+    }
+    return FindExtremes(vertices.data(), triangles);
+}
+
 }  // namespace
 
 bool FindPositionExtremes(const VertexArray& vertices, const VertexIndexArray& triangles,
                           ON_BoundingBox& box) {
     if (vertices.size() / kMaxVerticesPerTriangle > triangles.size() || !AllOrdinary(vertices))
         return false;
-    const Extremes extremes = FindExtremes(vertices.data(), triangles);
+    const Extremes extremes = ExtremesOf(vertices, triangles);
     const double lowZ = Min(extremes.lowZ, Pair::Both(extremes.lowZ.High())).Low();
     const double highZ = Max(extremes.highZ, Pair::Both(extremes.highZ.High())).Low();
     ON_3dPoint low(extremes.lowXY.Low(), extremes.lowXY.High(), lowZ);

@@ -130,6 +130,43 @@ TEST_P(MeasureLaw, AreaAndVolumeEqualTheWrittenOutSums) {
     }
 }
 
+// Triangles that jump across an array larger than a cache, with runs of used and unused vertices.
+TEST(ScatteredLaw, BoxAndVolumeAreThoseOfTheTrianglesInOrder) {
+    constexpr std::size_t kVertexCount = 40000;
+    for (std::size_t round = 0; round < 8; ++round) {
+        Random random(round);
+        SCOPED_TRACE(random.Trace());
+        const Mesh mesh = NewPrimitive({}, {});
+        for (std::size_t vertex = 0; vertex < kVertexCount; ++vertex)
+            mesh->GetModifiableVertexArray()->push_back(
+                ON_3dPoint{random.Between(-9, 9), random.Between(-9, 9), random.Between(-9, 9)});
+        // Unused vertices that would widen the box.
+        const std::size_t usedEnd = kVertexCount - random.Below(130);
+        for (std::size_t vertex = usedEnd; vertex < kVertexCount; ++vertex)
+            (*mesh->GetModifiableVertexArray())[vertex] = ON_3dPoint(20, -20, 20);
+        const std::size_t stride = 1 + random.Below(2);
+        const auto anyVertex = [&] { return random.Below(usedEnd / stride) * stride; };
+        while (mesh->GetVertexIndexArray()->size() < 12000)
+            mesh->GetModifiableVertexIndexArray()->push_back(
+                {anyVertex(), anyVertex(), anyVertex()});
+        // Two runs of which every vertex is used, with the bounds at the ends of a word of marks.
+        for (std::size_t vertex = 0; vertex < 300; vertex += 3) {
+            mesh->GetModifiableVertexIndexArray()->push_back({vertex, vertex + 1, vertex + 2});
+            mesh->GetModifiableVertexIndexArray()->push_back(
+                {usedEnd - 1 - vertex, usedEnd - 2 - vertex, usedEnd - 3 - vertex});
+        }
+        (*mesh->GetModifiableVertexArray())[128] = ON_3dPoint(10, -10, 10);
+        (*mesh->GetModifiableVertexArray())[191] = ON_3dPoint(-10, 10, -10);
+        ASSERT_TRUE(SameBox(*mesh));
+        const ON_3dPoint reference(1, 2, 3);
+        ASSERT_TRUE(SameBits(mesh->CalcVolume(reference), SlowVolume(*mesh, reference)));
+        // Bounds of zero keep the sign of the zero that is met first.
+        for (ON_3dPoint& point : *mesh->GetModifiableVertexArray())
+            point.x = point.x > 0 ? -0.0 : 0.0;
+        ASSERT_TRUE(SameBox(*mesh));
+    }
+}
+
 // Cross products whose largest component occurs twice or three times, in every place.
 TEST(AreaLaw, EqualComponentsAreTakenInTheLengthsOrder) {
     const Mesh mesh = NewPrimitive();
