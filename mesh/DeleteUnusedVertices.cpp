@@ -103,8 +103,11 @@ private:
 void VertexNumbers::MarkUsed(const VertexIndexArray& triangles) {
     const auto mark = [&](size_t begin, size_t end, size_t worker) noexcept {
         uint8_t* const isUsed = keptBefore_.get() + worker * stride_;
+        // A variable of its own, since a store of a byte might change any member.
+        const TriangleIndex* const cornersOf = triangles.data();
         for (size_t triangle = begin; triangle < end; ++triangle) {
-            for (const size_t vertex : triangles[triangle].v) {
+            const TriangleIndex corners = cornersOf[triangle];
+            for (const size_t vertex : corners.v) {
                 assert(vertex < vertexCount_);
                 isUsed[vertex] = 1;
             }
@@ -128,16 +131,17 @@ size_t VertexNumbers::CountUsed() {
 }
 
 void VertexNumbers::MoveUsed(ON_3dPoint* vertices) {
+    uint8_t* const keptBefore = keptBefore_.get();
     size_t keptCount = 0;
     for (size_t block = 0; block <= vertexCount_ / kBlock; ++block) {
         const size_t keptInFront = keptCount;
         const size_t end = std::min((block + 1) * kBlock, vertexCount_);
         blockStart_[block] = static_cast<uint32_t>(keptInFront);
         for (size_t vertex = block * kBlock; vertex < end; ++vertex) {
-            const size_t isUsed = keptBefore_[vertex];
+            const size_t isUsed = keptBefore[vertex];
             const ON_3dPoint position = vertices[vertex];
             vertices[keptCount] = position;
-            keptBefore_[vertex] = static_cast<uint8_t>(keptCount - keptInFront);
+            keptBefore[vertex] = static_cast<uint8_t>(keptCount - keptInFront);
             keptCount += isUsed;
         }
     }
