@@ -76,9 +76,12 @@ private:
 template <class Value, class Number>
 class DistinctValues {
 public:
+    /// - Shape: `values` has room for as many values as are distinct.
+    /// - Sharing: `values` may be what the values are sorted from: none is written before it was
+    ///   read for the last time.
     /// - Requires: `newNumberOf` has an entry for every number that comes.
-    DistinctValues(size_t greatestCount, Number* newNumberOf)
-        : values_(greatestCount), newNumberOf_(newNumberOf) {}
+    DistinctValues(Value* values, Number* newNumberOf)
+        : values_(values), newNumberOf_(newNumberOf) {}
 
     void operator()(const NumberedValue<Value>* run, size_t count) {
         for (size_t i = 0; i < count; ++i) {
@@ -91,17 +94,11 @@ public:
         }
     }
 
+    [[nodiscard]] size_t Count() const { return count_; }
     [[nodiscard]] bool HasMixedZeros() const { return hasMixedZeros_; }
-    /// Returns the distinct values in an array of their own size.
-    [[nodiscard]] std::vector<Value> Take() {
-        if (count_ < values_.size())
-            return std::vector<Value>(values_.begin(),
-                                      values_.begin() + static_cast<std::ptrdiff_t>(count_));
-        return std::move(values_);
-    }
 
 private:
-    std::vector<Value> values_;
+    Value* values_;
     size_t count_ = 0;
     Number* newNumberOf_;
     bool hasMixedZeros_ = false;
@@ -219,31 +216,34 @@ private:
 
     void MergePooled(ValuePool<Value, Number>& pool) {
         pool.ReleaseTable();
+        isUsed_.reset();
         const bool hasMixedZeros = pool.HasMixedZeros();
-        const std::vector<Value> values = pool.TakeValues();
+        std::vector<Value> values = pool.TakeValues();
         const size_t count = values.size();
         const std::unique_ptr<Number[]> rankOf(new Number[count]);
-        DistinctValues<Value, Number> distinct(count, rankOf.get());
+        DistinctValues<Value, Number> distinct(values.data(), rankOf.get());
         SortDistinct<Value, Number>(
             UsedValues<std::vector<Value>, Number>(values, count, count, nullptr), distinct);
-        Finish(distinct, hasMixedZeros,
+        values.resize(distinct.Count());
+        Finish(values, hasMixedZeros,
                [rankOf = rankOf.get(), poolNumberOf = newNumberOf_.get()](size_t number) {
                    return rankOf[poolNumberOf[number]];
                });
     }
 
     void MergeUsed(const UsedValues<Role, Number>& used) {
-        DistinctValues<Value, Number> distinct(usedCount_, newNumberOf_.get());
+        std::vector<Value> values(usedCount_);
+        DistinctValues<Value, Number> distinct(values.data(), newNumberOf_.get());
         SortDistinct<Value, Number>(used, distinct);
-        const Number* const newNumberOf = newNumberOf_.get();
-        Finish(distinct, distinct.HasMixedZeros(),
-               [=](size_t number) { return newNumberOf[number]; });
+        values.resize(distinct.Count());
+        Finish(values, distinct.HasMixedZeros(),
+               [newNumberOf = newNumberOf_.get()](size_t number) { return newNumberOf[number]; });
     }
 
     template <class NumberOf>
-    void Finish(DistinctValues<Value, Number>& distinct, bool hasMixedZeros,
-                const NumberOf& newNumberOf) {
-        std::vector<Value> values = distinct.Take();
+    void Finish(std::vector<Value>& values, bool hasMixedZeros, const NumberOf& newNumberOf) {
+        if (values.capacity() > values.size())
+            std::vector<Value>(values).swap(values);
         if (hasMixedZeros)
             RestoreFirstUsed(values, newNumberOf);
         role_.Exchange(values);
@@ -253,12 +253,12 @@ private:
     // Of values that differ by signs of zeros the first used one stands for all.
     template <class NumberOf>
     void RestoreFirstUsed(std::vector<Value>& values, const NumberOf& newNumberOf) {
-        std::fill(isUsed_.get(), isUsed_.get() + values.size(), uint8_t{0});
+        std::vector<bool> isRestored(values.size());
         for (size_t i = 0; i < numberCount_; ++i) {
             const size_t newNumber = newNumberOf(numbers_[i]);
-            if (isUsed_[newNumber])
+            if (isRestored[newNumber])
                 continue;
-            isUsed_[newNumber] = 1;
+            isRestored[newNumber] = true;
             values[newNumber] = role_[numbers_[i]];
         }
     }

@@ -26,7 +26,8 @@ struct NumberedValue {
 /// work never exceeds n log n.
 ///
 /// `Emit` is called as `emit(const NumberedValue* run, size_t count)`. All runs together are the
-/// values in ascending order; equal values come in any order.
+/// values in ascending order; equal values come in any order. The source is not read again once the
+/// first run is handed on.
 template <class Value, class Number, class Emit>
 class ValueSorter {
 public:
