@@ -258,12 +258,14 @@ class PrimitiveMerger {
 public:
     PrimitiveMerger(const ExpectedCounts& expected, std::optional<bool> colorForm,
                     std::optional<bool> normalForm)
-        : vertices_(std::min(expected.vertices, expected.triangles)) {
+        : vertices_(std::min(expected.vertices, MostDistinct(expected.triangles))) {
         triangles_.reserve(expected.triangles);
         if (normalForm)
-            normals_.emplace(*normalForm, std::min(expected.normals, expected.triangles));
+            normals_.emplace(*normalForm,
+                             std::min(expected.normals, MostDistinct(expected.triangles)));
         if (colorForm)
-            colors_.emplace(*colorForm, std::min(expected.colors, expected.triangles));
+            colors_.emplace(*colorForm,
+                            std::min(expected.colors, MostDistinct(expected.triangles)));
     }
 
     void Append(const Source& source, const NumberMapOutputs& maps) {
@@ -306,6 +308,10 @@ public:
     }
 
 private:
+    // How many values to make room for at first: a closed surface has one for every two triangles,
+    // an open one hardly more. Room for more would be memory and a table that fits no cache.
+    static size_t MostDistinct(size_t triangleCount) { return triangleCount / 8 * 5; }
+
     template <class Value>
     static std::pair<std::shared_ptr<std::vector<Value>>, std::shared_ptr<IndexArray>> Handles(
         std::optional<IndexedValueMerger<Value, Number>>& merger) {

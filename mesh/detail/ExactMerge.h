@@ -161,7 +161,7 @@ public:
         const UsedValues<Role, Number> used(role_, valueCount_, usedCount_, isUsed_.get());
         newNumberOf_.reset(new Number[valueCount_]);
         {
-            ValuePool<Value, Number> pool(usedCount_ / kExpectedUses);
+            ValuePool<Value, Number> pool(usedCount_ * 2 / kExpectedUsesOfTwo);
             if (AddToPool(used, pool)) {
                 MergePooled(pool);
                 return;
@@ -171,8 +171,9 @@ public:
     }
 
 private:
-    // In a mesh whose triangles have vertices of their own each position comes six times.
-    static constexpr size_t kExpectedUses = 5;
+    // In a mesh whose triangles have vertices of their own each position comes six times, or a little
+    // less often.
+    static constexpr size_t kExpectedUsesOfTwo = 11;
     // A sample of this share of the used values decides whether the pool is worth its cost.
     static constexpr size_t kSampleShare = 16;
     static constexpr size_t kSmallestSample = 1024;

@@ -151,8 +151,8 @@ private:
         }
     };
 
-    // The table is at most five eighths full.
-    static size_t LimitOf(int slotBits) { return (size_t{5} << slotBits) / 8; }
+    // The table is at most nine sixteenths full.
+    static size_t LimitOf(int slotBits) { return (size_t{9} << slotBits) / 16; }
     // Even, so that no value has the tag of a free slot.
     static Number TagOf(uint64_t hash) {
         return static_cast<Number>(hash >> (64 - kTagBits)) & ~Number{1};
