@@ -64,6 +64,7 @@ struct Contestant {
     std::string call;  ///< What is called.
     std::string note;  ///< What it does less or more than the operation.
     std::function<Task(const Input&)> make;  ///< May throw `CannotHold`.
+    bool isSequential = true;                ///< Whether it is measured with one thread.
     bool isParallel = false;                 ///< Whether it is measured with several threads too.
     bool isComparable = true;  ///< Whether it does enough to be a measure; others only inform.
     size_t mostTriangles = kAnySize;  ///< Larger meshes take it too long or too much memory.

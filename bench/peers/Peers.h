@@ -12,6 +12,8 @@ void AddOpen3d(Contest& contest);
 void AddOpenMesh(Contest& contest);
 void AddCgal(Contest& contest);
 void AddAssimp(Contest& contest);
+void AddLibigl(Contest& contest);
+void AddLibiglThreads(Contest& contest);
 
 /// Adds all that were found.
 inline void AddPeers([[maybe_unused]] Contest& contest) {
@@ -32,6 +34,10 @@ inline void AddPeers([[maybe_unused]] Contest& contest) {
 #endif
 #if defined(VERIDANE_PEER_ASSIMP)
     AddAssimp(contest);
+#endif
+#if defined(VERIDANE_PEER_LIBIGL)
+    AddLibigl(contest);
+    AddLibiglThreads(contest);
 #endif
 }
 

@@ -99,7 +99,8 @@ std::string DifferenceOf(const Figures& ours, const Figures& theirs) {
 
 bool TakesPart(const Contestant& contestant, const Operation& operation, const Input& input,
                int threadCount) {
-    return contestant.operation == operation.name && (threadCount == 1 || contestant.isParallel) &&
+    return contestant.operation == operation.name &&
+           (threadCount == 1 ? contestant.isSequential : contestant.isParallel) &&
            input.triangleCount <= contestant.mostTriangles;
 }
 
