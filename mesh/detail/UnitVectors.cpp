@@ -77,8 +77,18 @@ VERIDANE_IN_BOTH_VARIANTS void SetCosines(const VectorBlock& a, const double* le
     }
 }
 
-// Unitizes a whole block, or returns false and changes nothing where a vector is not ordinary.
-VERIDANE_IN_BOTH_VARIANTS bool UnitizeOrdinary(ON_3dVector* vectors) {
+// Unitizes the vectors of a block whose length is not ordinary. Their length becomes 1.0, and to divide
+// by that changes nothing.
+void UnitizeOthers(ON_3dVector* vectors, double* lengths) {
+    for (size_t i = 0; i < VectorBlock::kCapacity; ++i) {
+        if (!IsOrdinary(lengths[i])) {
+            vectors[i].Unitize();
+            lengths[i] = 1.0;
+        }
+    }
+}
+
+VERIDANE_IN_BOTH_VARIANTS void UnitizeVectors(ON_3dVector* vectors) {
     double lengths[VectorBlock::kCapacity];
     for (size_t i = 0; i < VectorBlock::kCapacity; ++i)
         lengths[i] = OrdinaryLength(vectors[i].x, vectors[i].y, vectors[i].z);
@@ -86,13 +96,12 @@ VERIDANE_IN_BOTH_VARIANTS bool UnitizeOrdinary(ON_3dVector* vectors) {
     for (size_t i = 0; i < VectorBlock::kCapacity; ++i)
         ordinaryCount += IsOrdinary(lengths[i]) ? 1 : 0;
     if (ordinaryCount < static_cast<int>(VectorBlock::kCapacity))
-        return false;
+        UnitizeOthers(vectors, lengths);
     for (size_t i = 0; i < VectorBlock::kCapacity; ++i) {
         vectors[i].x /= lengths[i];
         vectors[i].y /= lengths[i];
         vectors[i].z /= lengths[i];
     }
-    return true;
 }
 
 VERIDANE_WIDE void SetLengthsWide(const VectorBlock& vectors, double* lengths) {
@@ -104,15 +113,12 @@ VERIDANE_WIDE void SetCosinesWide(const VectorBlock& a, const double* lengthsOfA
     SetCosines(a, lengthsOfA, b, lengthsOfB, cosines);
 }
 
-VERIDANE_WIDE bool UnitizeOrdinaryWide(ON_3dVector* vectors) {
-    return UnitizeOrdinary(vectors);
+VERIDANE_WIDE void UnitizeVectorsWide(ON_3dVector* vectors) {
+    UnitizeVectors(vectors);
 }
 
 void UnitizeBlock(ON_3dVector* vectors) {
-    if (HasWideVectors() ? UnitizeOrdinaryWide(vectors) : UnitizeOrdinary(vectors))
-        return;
-    for (size_t i = 0; i < VectorBlock::kCapacity; ++i)
-        vectors[i].Unitize();
+    HasWideVectors() ? UnitizeVectorsWide(vectors) : UnitizeVectors(vectors);
 }
 
 }  // namespace
