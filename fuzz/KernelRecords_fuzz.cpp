@@ -1,6 +1,6 @@
 // Any bytes as a record of a kernel object, or as the bare fields of a material: reading ends, and what
 // it hands out can be evaluated, copied, stored and read again. A record that the check calls safe loads
-// as a curve or as none, and ends where the check says.
+// as a curve or as none, and ends where the check says; so does a material.
 
 #include <opennurbs.h>
 
@@ -69,6 +69,21 @@ void ReadMaterial(const Bytes& bytes) {
     material.Write(stored);
 }
 
+void LoadMaterialAsChecked(const Bytes& bytes) {
+    using Vr::operator&;
+    Vr::CheckStream stream(bytes.data(), bytes.size());
+    stream.Material();
+    if (!stream.Result().IsSafe())
+        return;
+    Vr::test::MemoryFile file(bytes);
+    CArchive archive(&file, CArchive::load);
+    auto material = std::make_shared<ON_Material>();
+    archive& material;
+    archive.Close();
+    if (file.GetPosition() != stream.Position())
+        Vr::fuzz::Fail("a checked material ends elsewhere");
+}
+
 void LoadAsChecked(const Bytes& bytes) {
     using Vr::operator&;
     Vr::CheckStream stream(bytes.data(), bytes.size());
@@ -94,6 +109,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t byteCount) {
     const Bytes record(bytes + 1, bytes + byteCount);
     if (bytes[0] % 4 == 3) {
         ReadMaterial(record);
+        LoadMaterialAsChecked(record);
         return 0;
     }
     LoadAsChecked(record);

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "serialize/detail/CheckContext.h"
+#include "serialize/detail/MaterialCheck.h"
 #include "serialize/detail/ObjectCheck.h"
 #include "serialize/detail/RecordCheck.h"
 
@@ -59,6 +60,7 @@ constexpr CodeTraits kCodes[] = {
     {CheckCode::RecordClass, CheckSeverity::Unsafe, "record-class"},
     {CheckCode::UnknownRecord, CheckSeverity::Note, "unknown-record"},
     {CheckCode::NestedRecord, CheckSeverity::Unsafe, "nested-record"},
+    {CheckCode::MaterialFields, CheckSeverity::Unsafe, "material-fields"},
     {CheckCode::ObjectLimit, CheckSeverity::Unsafe, "object-limit"},
     {CheckCode::ArrayLimit, CheckSeverity::Unsafe, "array-limit"},
 };
@@ -155,6 +157,10 @@ CheckedObject CheckStream::Curve() {
 
 CheckedObject CheckStream::Surface() {
     return detail::CheckRecord(checker_->context, "ON_Surface");
+}
+
+bool CheckStream::Material() {
+    return detail::CheckMaterial(checker_->context);
 }
 
 void CheckStream::Report(std::string text) {

@@ -58,6 +58,8 @@ enum class CheckCode : int {
         51,  ///< Unsafe: an object that the handle may not hold, as a surface for a curve.
     UnknownRecord = 52,  ///< Note: a class that the geometry kernel does not know; loads as none.
     NestedRecord = 53,   ///< Unsafe: a class that may hold further records, which are not checked.
+    MaterialFields =
+        54,  ///< Unsafe: fields that do not fit, or a later form; where the next value begins is open.
     // Limits.
     ObjectLimit = 60,  ///< Unsafe: more objects than `CheckLimits` allows; the rest is not checked.
     ArrayLimit = 61    ///< Unsafe: more arrays than `CheckLimits` allows; the rest is not checked.
@@ -178,6 +180,11 @@ public:
     CheckedObject Curve();
     CheckedObject Surface();
     /// @}
+
+    /// Passes over a material, as `operator&` loads it.
+    ///
+    /// It has no frame: its fields are walked along, in the form that this library stores.
+    bool Material();
 
     /// Adds a finding (`HostContent`) of the host's own about the value read last.
     void Report(std::string text);
