@@ -30,12 +30,25 @@ bool IsWhole(const std::string& text) {
 
 void AddInput(CLI::App& command, DocumentSource& source, const std::string& name) {
     command.add_option(name, source.path, "The document to load")->required();
-    command.add_flag("--trust", source.isTrusted,
+    AddTrust(command, source.isTrusted);
+}
+
+void AddTrust(CLI::App& command, bool& isTrusted) {
+    command.add_flag("--trust", isTrusted,
                      "Loads the document without checking it first; only for files of one's own");
 }
 
 void AddOutput(CLI::App& command, std::string& path) {
     command.add_option("-o,--output", path, "The document to store")->required();
+}
+
+void AddPoint(CLI::App& command, const std::string& name, Coordinates& point,
+              const std::string& description) {
+    command.add_option(name, point, description)->expected(3)->check(IsFinite())->required();
+}
+
+ON_3dPoint ToPoint(const Coordinates& coordinates) {
+    return ON_3dPoint(coordinates[0], coordinates[1], coordinates[2]);
 }
 
 CLI::Validator IsFinite() {

@@ -1,9 +1,13 @@
-/// The host's documents: a file that holds mesh objects.
+/// The host's documents: a file that holds meshes, curves, surfaces and materials.
 #pragma once
+
+#include <opennurbs.h>
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "mesh/VraMesh.h"
@@ -11,11 +15,23 @@
 namespace Host {
 
 using Mesh = boost::intrusive_ptr<Vr::VraMeshPrimitive>;
+using Curve = std::shared_ptr<ON_Curve>;
+using Surface = std::shared_ptr<ON_Surface>;
+using Material = std::shared_ptr<ON_Material>;
 
-/// What a document holds. Objects may share arrays with each other.
+/// One object of a document, never null.
+using Object = std::variant<Mesh, Curve, Surface, Material>;
+
+/// What a document holds. Meshes may share arrays with each other.
 struct Document {
-    std::vector<Mesh> objects;
+    std::vector<Object> objects;
 };
+
+/// Returns the meshes of a document, in their order.
+std::vector<Mesh> MeshesOf(const Document& document);
+
+/// Returns what is no mesh in a document, as "2 curves, 1 material"; nothing where all are meshes.
+std::string CountOthers(const Document& document);
 
 /// Where a document is loaded from.
 struct DocumentSource {
@@ -28,13 +44,16 @@ struct DocumentSource {
 /// Check and load read one open file. Shows the progress of the load and can be cancelled with Ctrl-C
 /// before each object. Whatever was loaded by then is released.
 ///
-/// - Result: objects on which every operation may run. Of a trusted document nothing is known but that
-///   it was read to its end; a hostile one may have done any harm by then.
+/// - Result: meshes on which every operation may run, and objects of openNURBS as it has read them. Of a
+///   trusted document nothing is known but that it was read to its end; a hostile one may have done any
+///   harm by then.
 /// - Throws: `Failure` for a file that cannot be read, is no document, is damaged or was stored by a
 ///   newer version; `Interrupted`.
 Document LoadDocument(const DocumentSource& source);
 
 /// Stores a document in place of the one that was there, if any, and returns its length in bytes.
+///
+/// A document of nothing but meshes is stored in the format that holds nothing else.
 ///
 /// - Throws: `Failure` or `Interrupted`; the old document is then as it was.
 uint64_t StoreDocument(const Document& document, const std::filesystem::path& path);

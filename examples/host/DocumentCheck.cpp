@@ -36,26 +36,58 @@ private:
     size_t collectedCount_ = 0;
 };
 
-// Returns the object count, 0 where there is none to believe.
-ULONGLONG CheckHeader(Vr::CheckStream& stream) {
+struct Header {
+    DWORD format = kMeshFormat;
+    ULONGLONG objectCount = 0;  // 0 where there is none to believe
+};
+
+Header CheckHeader(Vr::CheckStream& stream) {
+    Header header;
     DWORD magic = 0;
     if (stream.Remaining() < sizeof(magic) || !stream.Value(magic) || magic != kMagic) {
         stream.Refuse(kNoDocument);
-        return 0;
+        return header;
     }
-    DWORD version = 0;
-    if (stream.Value(version) && version != kVersion)
-        stream.Refuse(UnknownVersion(version));
-    ULONGLONG count = 0;
-    if (stream.Value(count) && count > stream.Remaining() / kSmallestObjectBytes)
-        stream.Refuse(TooShort(count));
-    return count;
+    if (stream.Value(header.format) && header.format != kMeshFormat &&
+        header.format != kObjectFormat)
+        stream.Refuse(UnknownFormat(header.format));
+    if (stream.Value(header.objectCount) &&
+        header.objectCount > stream.Remaining() / SmallestObjectBytes(header.format))
+        stream.Refuse(TooShort(header.objectCount));
+    return header;
 }
 
-void CheckObject(Vr::CheckStream& stream) {
-    const Vr::CheckedObject object = stream.Object();
+void RequireObject(Vr::CheckStream& stream, Vr::CheckedObject object) {
     if (object == Vr::CheckedObject::Null || object == Vr::CheckedObject::Known)
         stream.Refuse(kObjectMissing);
+}
+
+// An object of openNURBS must take all of its frame.
+void CheckFramed(Vr::CheckStream& stream, DWORD kind) {
+    DWORD length = 0;
+    if (!stream.Value(length))
+        return;
+    const uint64_t begin = stream.Position();
+    if (kind == kCurveKind)
+        RequireObject(stream, stream.Curve());
+    else if (kind == kSurfaceKind)
+        RequireObject(stream, stream.Surface());
+    else
+        stream.Material();
+    if (stream.CanGoOn() && stream.Position() - begin != length)
+        stream.Refuse(kWrongFrame);
+}
+
+void CheckObject(Vr::CheckStream& stream, DWORD format) {
+    DWORD kind = kMeshKind;
+    if (format == kObjectFormat && !stream.Value(kind))
+        return;
+    if (kind == kMeshKind)
+        RequireObject(stream, stream.Object());
+    else if (kind == kCurveKind || kind == kSurfaceKind || kind == kMaterialKind)
+        CheckFramed(stream, kind);
+    else
+        stream.Refuse(UnknownKind(kind));
 }
 
 void CheckEnd(Vr::CheckStream& stream) {
@@ -77,11 +109,12 @@ DocumentReport CheckDocument(CFile& file) {
     Vr::CheckStream stream(file);
     DocumentReport report;
     Collector collector(stream, report);
-    const ULONGLONG count = CheckHeader(stream);
+    const Header header = CheckHeader(stream);
+    report.objectCount = header.objectCount;
     collector.Collect(0);
-    for (ULONGLONG number = 1; number <= count && stream.CanGoOn(); ++number) {
+    for (ULONGLONG number = 1; number <= header.objectCount && stream.CanGoOn(); ++number) {
         ThrowIfInterrupted();
-        CheckObject(stream);
+        CheckObject(stream, header.format);
         collector.Collect(number);
     }
     CheckEnd(stream);

@@ -20,6 +20,7 @@ struct DocumentFinding {
 
 /// What is wrong with a document.
 struct DocumentReport {
+    uint64_t objectCount = 0;               ///< As the document says.
     std::vector<DocumentFinding> findings;  ///< As many as the library's check keeps.
     Vr::CheckReport summary;  ///< Counts and the answer; its list of findings is empty.
 };

@@ -1,9 +1,10 @@
-// `check`, `info`, `edges` and `copy`: documents as they are.
+// `check`, `info`, `edges`, `copy` and `join`: documents as they are.
 
 #include <fmt/core.h>
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Commands.h"
 #include "DocumentCheck.h"
@@ -38,7 +39,7 @@ void Check(const std::string& path) {
     if (!report.summary.IsSafe())
         throw Failure(path, "not safe to load");
     Print(fmt::format("{}: safe to load, {}, {}\n", path,
-                      Counted(report.summary.objectCount, "object", "objects"),
+                      Counted(report.objectCount, "object", "objects"),
                       Counted(report.summary.arrayCount, "array", "arrays")));
 }
 
@@ -60,9 +61,45 @@ void AddInfo(CLI::App& app) {
 void AddEdges(CLI::App& app) {
     const auto source = std::make_shared<DocumentSource>();
     CLI::App* const command = app.add_subcommand(
-        "edges", "Lists the free edges: object, first vertex, second vertex, a line each");
+        "edges",
+        "Lists the free edges of meshes: object, first vertex, second vertex, a line each");
     AddInput(*command, *source);
-    command->callback([source] { Print(ListFreeEdges(LoadDocument(*source))); });
+    command->callback([source] {
+        const Document document = LoadDocument(*source);
+        Print(ListFreeEdges(document));
+        // not among the edges, which scripts read
+        if (const std::string others = CountOthers(document); !others.empty())
+            PrintNote(fmt::format("left out: {}\n", others));
+    });
+}
+
+// Arrays are shared inside each of the documents and not between them, as before.
+Document Join(const std::vector<std::string>& paths, bool areTrusted) {
+    Document joined;
+    for (const std::string& path : paths) {
+        const Document document = LoadDocument({path, areTrusted});
+        joined.objects.insert(joined.objects.end(), document.objects.begin(),
+                              document.objects.end());
+    }
+    return joined;
+}
+
+void AddJoin(CLI::App& app) {
+    struct Options {
+        std::vector<std::string> sources;
+        bool areTrusted = false;
+        std::string target;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        app.add_subcommand("join", "Makes one document of the objects of several");
+    command->add_option("document", options->sources, "The documents to load, in this order")
+        ->required();
+    AddTrust(*command, options->areTrusted);
+    AddOutput(*command, options->target);
+    command->callback([options] {
+        StoreAndReport(Join(options->sources, options->areTrusted), options->target);
+    });
 }
 
 void AddCopy(CLI::App& app) {
@@ -86,6 +123,7 @@ void AddDocumentCommands(CLI::App& app) {
     AddInfo(app);
     AddEdges(app);
     AddCopy(app);
+    AddJoin(app);
 }
 
 }  // namespace Host

@@ -1,5 +1,5 @@
-// Each function is the library's operation in a loop over the objects, with what the operation leaves
-// to its caller before and behind it. Between two objects Ctrl-C counts.
+// Each function is the library's operation in a loop over the meshes, with what the operation leaves
+// to its caller before and behind it. Between two of them Ctrl-C counts.
 
 #include "Edit.h"
 
@@ -8,7 +8,9 @@
 #include <stdexcept>
 #include <unordered_set>
 
+#include "ForEachMesh.h"
 #include "Interrupt.h"
+#include "MoveGeometry.h"
 #include "Sharing.h"
 #include "mesh/VraMeshDegenJudge.h"
 
@@ -19,10 +21,6 @@ namespace {
 using Vr::VraMesh;
 using Vr::VraMeshPrimitive;
 using IndexArray = VraMeshPrimitive::IndexArray;
-
-[[noreturn]] void ThrowForObject(size_t object, const std::string& reason) {
-    throw std::runtime_error("object " + std::to_string(object + 1) + ": " + reason);
-}
 
 size_t TriangleCountOf(const VraMeshPrimitive& mesh) {
     const auto triangles = mesh.GetVertexIndexArray();
@@ -36,15 +34,17 @@ bool AreFinite(const std::shared_ptr<Values>& values) {
 }
 
 void RequireFinitePositions(const Document& document) {
-    for (size_t object = 0; object < document.objects.size(); ++object)
-        if (!AreFinite(document.objects[object]->GetVertexArray()))
+    ForEachMesh(document, [](VraMeshPrimitive& mesh, size_t object) {
+        if (!AreFinite(mesh.GetVertexArray()))
             ThrowForObject(object, "a position is not finite");
+    });
 }
 
 void RequireFiniteNormals(const Document& document) {
-    for (size_t object = 0; object < document.objects.size(); ++object)
-        if (!AreFinite(document.objects[object]->GetNormalArray()))
+    ForEachMesh(document, [](VraMeshPrimitive& mesh, size_t object) {
+        if (!AreFinite(mesh.GetNormalArray()))
             ThrowForObject(object, "a normal is not finite");
+    });
 }
 
 bool IsPerTriangle(const std::shared_ptr<const IndexArray>& indices) {
@@ -104,15 +104,18 @@ private:
     std::unordered_set<const void*> met_;
 };
 
-Document DocumentOf(const Mesh& mesh) {
-    Document document;
-    document.objects.push_back(mesh);
-    return document;
+// The mesh takes the place of the first one; the others go.
+void PutInPlaceOfMeshes(Document& document, const Mesh& mesh) {
+    const auto isMesh = [](const Object& object) { return std::holds_alternative<Mesh>(object); };
+    const auto first = std::find_if(document.objects.begin(), document.objects.end(), isMesh);
+    *first = mesh;
+    document.objects.erase(std::remove_if(first + 1, document.objects.end(), isMesh),
+                           document.objects.end());
 }
 
 // A solid of finite points may still overflow on its way.
 Document DocumentOfSolid(const Mesh& mesh) {
-    Document document = DocumentOf(mesh);
+    Document document{{mesh}};
     RequireFinitePositions(document);
     RequireFiniteNormals(document);
     return document;
@@ -122,7 +125,7 @@ Document DocumentOfSolid(const Mesh& mesh) {
 
 DocumentSize SizeOf(const Document& document) {
     DocumentSize size;
-    for (const Mesh& mesh : document.objects) {
+    for (const Mesh& mesh : MeshesOf(document)) {
         const auto vertices = mesh->GetVertexArray();
         size.vertexCount += vertices ? vertices->size() : 0;
         size.triangleCount += TriangleCountOf(*mesh);
@@ -136,7 +139,7 @@ size_t CleanDocument(const Document& document) {
     RequireFinitePositions(document);
     RequireFiniteNormals(document);
     SharedArrays shared(document);
-    for (const Mesh& mesh : document.objects) {
+    for (const Mesh& mesh : MeshesOf(document)) {
         ThrowIfInterrupted();
         shared.MakePrivate(*mesh);
         mesh->MergeSameData();
@@ -148,7 +151,7 @@ size_t CleanDocument(const Document& document) {
 
 void MakeFlatNormals(const Document& document) {
     RequireFinitePositions(document);
-    for (const Mesh& mesh : document.objects) {
+    for (const Mesh& mesh : MeshesOf(document)) {
         ThrowIfInterrupted();
         mesh->CreateNormalPerTriangle();
     }
@@ -158,29 +161,32 @@ void MakeSmoothNormals(const Document& document, double creaseAngle,
                        VraMeshPrimitive::VertexNormalWeightType weightType) {
     RequireFinitePositions(document);
     VraMeshPrimitive::SetVertexNormalWeightType(weightType);  // for the whole process
-    for (const Mesh& mesh : document.objects) {
+    for (const Mesh& mesh : MeshesOf(document)) {
         ThrowIfInterrupted();
         mesh->SetCreaseAngle(creaseAngle);
         mesh->CreateNormalPerVertex();
     }
 }
 
-void TransformDocument(const Document& document, const ON_Xform& xform) {
+size_t TransformDocument(Document& document, const ON_Xform& xform) {
     std::set<void*> done;
-    for (size_t object = 0; object < document.objects.size(); ++object) {
+    size_t meshCount = 0;
+    ForEachMesh(document, [&](VraMeshPrimitive& mesh, size_t object) {
         ThrowIfInterrupted();
-        if (!document.objects[object]->Transform(xform, done))
+        if (!mesh.Transform(xform, done))
             ThrowForObject(object, "the transformation flattens it, which leaves no normals");
-    }
+        ++meshCount;
+    });
     RequireFinitePositions(document);
     RequireFiniteNormals(document);
     if (xform.Determinant() < 0.0)
         ReverseDocument(document, false);
+    return meshCount + TransformCurvesAndSurfaces(document, xform);
 }
 
 void ReverseDocument(const Document& document, bool reversesNormals) {
     Reverser reverser;
-    for (const Mesh& mesh : document.objects) {
+    for (const Mesh& mesh : MeshesOf(document)) {
         ThrowIfInterrupted();
         reverser.Reverse(*mesh, reversesNormals);
     }
@@ -189,7 +195,9 @@ void ReverseDocument(const Document& document, bool reversesNormals) {
 size_t DeleteTriangles(const Document& document, size_t object, std::vector<size_t> triangles) {
     if (object >= document.objects.size())
         throw std::runtime_error("there is no object " + std::to_string(object + 1));
-    VraMeshPrimitive& mesh = *document.objects[object];
+    if (!std::holds_alternative<Mesh>(document.objects[object]))
+        ThrowForObject(object, "it is no mesh");
+    VraMeshPrimitive& mesh = *std::get<Mesh>(document.objects[object]);
     // the operation stops matching at a repeated or smaller number
     std::sort(triangles.begin(), triangles.end());
     triangles.erase(std::unique(triangles.begin(), triangles.end()), triangles.end());
@@ -209,7 +217,7 @@ void CompactVertices(const Document& document) {
     // an index array that is listed twice would be renumbered twice
     std::unordered_set<const void*> listed;
     std::vector<Mesh> meshes;
-    for (const Mesh& mesh : document.objects) {
+    for (const Mesh& mesh : MeshesOf(document)) {
         const auto triangles = mesh->GetVertexIndexArray();
         if (triangles && mesh->GetVertexArray() && listed.insert(triangles.get()).second)
             meshes.push_back(mesh);
@@ -219,16 +227,18 @@ void CompactVertices(const Document& document) {
 
 MergeReport MergeObjects(Document& document) {
     const Mesh merged(new VraMesh);
-    const std::vector<boost::intrusive_ptr<const VraMeshPrimitive>> sources(
-        document.objects.begin(), document.objects.end());
+    const std::vector<Mesh> meshes = MeshesOf(document);
+    const std::vector<boost::intrusive_ptr<const VraMeshPrimitive>> sources(meshes.begin(),
+                                                                            meshes.end());
     if (!VraMeshPrimitive::Merge(merged, sources))
-        throw std::runtime_error("the document holds no objects to merge");
-    merged->SetCreaseAngle(document.objects.front()->GetCreaseAngle());
-    const auto anyObjectHas = [&document](const auto& has) {
-        return std::any_of(document.objects.begin(), document.objects.end(),
+        throw std::runtime_error("the document holds no meshes to merge");
+    merged->SetCreaseAngle(meshes.front()->GetCreaseAngle());
+    const auto anyObjectHas = [&meshes](const auto& has) {
+        return std::any_of(meshes.begin(), meshes.end(),
                            [&has](const Mesh& mesh) { return has(*mesh); });
     };
     MergeReport report;
+    report.mergedCount = meshes.size();
     report.lostNormals =
         !merged->GetNormalArray() &&
         anyObjectHas([](const VraMeshPrimitive& mesh) { return mesh.GetNormalArray() != nullptr; });
@@ -237,7 +247,7 @@ MergeReport MergeObjects(Document& document) {
     });
     report.lostUVs =
         anyObjectHas([](const VraMeshPrimitive& mesh) { return mesh.GetUVArray() != nullptr; });
-    document = DocumentOf(merged);
+    PutInPlaceOfMeshes(document, merged);
     return report;
 }
 

@@ -2,6 +2,7 @@
 ///
 /// The library leaves the order of its operations and the sharing between objects to the host. So each
 /// function here says which operations it chains and what it does about arrays that objects share.
+/// Objects that are no meshes stay as and where they are, but for `TransformDocument`.
 /// All of them work on documents whose numbers are in range (`RequireSafe`), look for Ctrl-C between
 /// two objects (`Interrupted`) and may leave a document half edited when they throw: throw it away then.
 #pragma once
@@ -52,13 +53,15 @@ void MakeFlatNormals(const Document& document);
 void MakeSmoothNormals(const Document& document, double creaseAngle,
                        Vr::VraMeshPrimitive::VertexNormalWeightType weightType);
 
-/// Transforms every object; a transformation that mirrors also turns the triangles round, so that
-/// they face outwards again.
+/// Transforms every mesh, curve and surface and returns how many these are; a transformation that
+/// mirrors also turns the triangles round, so that they face outwards again.
+///
+/// Curves and surfaces become NURBS (`MoveGeometry.h`).
 ///
 /// - Sharing: shared arrays are edited once and stay shared: one visited set over all objects.
-/// - Throws: `std::runtime_error` when the transformation flattens and there are normals, or when
-///   something is not finite afterwards.
-void TransformDocument(const Document& document, const ON_Xform& xform);
+/// - Throws: `std::runtime_error` when the transformation flattens and there are normals, when it cannot
+///   be had of a curve or surface, or when something is not finite afterwards.
+size_t TransformDocument(Document& document, const ON_Xform& xform);
 
 /// Turns every triangle round, and the normals too when `reversesNormals` (`ReverseFaces`).
 ///
@@ -69,7 +72,7 @@ void ReverseDocument(const Document& document, bool reversesNormals);
 ///
 /// - Shape: `object` counts from 0; `triangles` in any order, repeated or not.
 /// - Sharing: only this object loses triangles. Vertices, normals and colours stay, and stay shared.
-/// - Throws: `std::runtime_error` for an object or a triangle that is not there.
+/// - Throws: `std::runtime_error` for a mesh or a triangle that is not there.
 size_t DeleteTriangles(const Document& document, size_t object, std::vector<size_t> triangles);
 
 /// Drops the vertices that no triangle of any object uses (the static `DeleteUnusedVertices`).
@@ -77,17 +80,18 @@ size_t DeleteTriangles(const Document& document, size_t object, std::vector<size
 /// - Sharing: objects that share a vertex array are compacted together and go on sharing it.
 void CompactVertices(const Document& document);
 
-/// What merging left out.
+/// What was merged, and what got lost in it.
 struct MergeReport {
+    size_t mergedCount = 0;
     bool lostNormals = false;
     bool lostColors = false;
     bool lostUVs = false;
 };
 
-/// Replaces the objects by one that holds all their triangles, each distinct value once (`Merge`), and
-/// the crease angle of the first.
+/// Replaces the meshes by one that holds all their triangles, each distinct value once (`Merge`), and
+/// the crease angle of the first, at the place of the first.
 ///
-/// - Throws: `std::runtime_error` when there are no objects.
+/// - Throws: `std::runtime_error` when there are no meshes.
 MergeReport MergeObjects(Document& document);
 
 /// Makes a document of one solid.

@@ -153,7 +153,8 @@ ON_Xform XformOf(const TransformOptions& options) {
 void AddTransform(CLI::App& app) {
     const auto options = std::make_shared<TransformOptions>();
     CLI::App* const command = app.add_subcommand(
-        "transform", "Moves all objects: scales, then rotates, then translates them");
+        "transform",
+        "Moves meshes, curves and surfaces: scales, then rotates, then translates them");
     AddEditOptions(*command, *options);
     auto* const kind = command->add_option_group("transformation");
     std::vector<CLI::Option*> steps;
@@ -177,9 +178,8 @@ void AddTransform(CLI::App& app) {
     command->callback([options] {
         CheckTransform(*options);
         EditDocument(*options, [&options](Document& document) {
-            TransformDocument(document, XformOf(*options));
-            return fmt::format("transformed: {}\n",
-                               Counted(document.objects.size(), "object", "objects"));
+            const size_t movedCount = TransformDocument(document, XformOf(*options));
+            return fmt::format("transformed: {}\n", Counted(movedCount, "object", "objects"));
         });
     });
 }
@@ -234,11 +234,10 @@ void AddDeleteFaces(CLI::App& app) {
 }
 
 std::string Merge(Document& document) {
-    const size_t objectCount = document.objects.size();
     const MergeReport report = MergeObjects(document);
     const DocumentSize size = SizeOf(document);
     std::string done =
-        fmt::format("merged: {} -> 1, {}, {}\n", Counted(objectCount, "object", "objects"),
+        fmt::format("merged: {} -> 1, {}, {}\n", Counted(report.mergedCount, "object", "objects"),
                     Counted(size.vertexCount, "vertex", "vertices"),
                     Counted(size.triangleCount, "triangle", "triangles"));
     if (report.lostNormals)
@@ -247,13 +246,15 @@ std::string Merge(Document& document) {
         done += "  without colours: not all objects have them in the same form\n";
     if (report.lostUVs)
         done += "  without UVs\n";
+    if (const std::string others = CountOthers(document); !others.empty())
+        done += fmt::format("  left as they are: {}\n", others);
     return done;
 }
 
 void AddMerge(CLI::App& app) {
     const auto options = std::make_shared<EditOptions>();
     CLI::App* const command =
-        app.add_subcommand("merge", "Makes one object of all, each distinct value once");
+        app.add_subcommand("merge", "Makes one object of all meshes, each distinct value once");
     AddEditOptions(*command, *options);
     command->callback([options] { EditDocument(*options, Merge); });
 }

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "ForEachMesh.h"
+#include "GeometryInfo.h"
 #include "Interrupt.h"
 #include "Output.h"
 
@@ -50,10 +52,6 @@ std::string ValuesText(const std::shared_ptr<Array>& values, bool hasIndices, bo
     const char* const form =
         !hasIndices ? "no index array" : (isPerVertex ? "per vertex" : "per triangle");
     return fmt::format("{} ({})", values->size(), form);
-}
-
-std::string PointText(const ON_3dPoint& point) {
-    return fmt::format("({:.12g}, {:.12g}, {:.12g})", point.x, point.y, point.z);
 }
 
 double AreaOf(const VraMeshPrimitive& mesh, size_t triangleCount) {
@@ -102,8 +100,8 @@ std::string SharingText(const VraMeshPrimitive& mesh, size_t object, PlaceTable&
     return text;
 }
 
-void DescribeObject(const VraMeshPrimitive& mesh, size_t object, PlaceTable& firstPlaceOf,
-                    Totals& totals, Text out) {
+void DescribeMesh(const VraMeshPrimitive& mesh, size_t object, PlaceTable& firstPlaceOf,
+                  Totals& totals, Text out) {
     const size_t triangleCount = SizeOf(mesh.GetVertexIndexArray());
     const size_t vertexCount = SizeOf(mesh.GetVertexArray());
     const double area = AreaOf(mesh, triangleCount);
@@ -128,13 +126,25 @@ void DescribeObject(const VraMeshPrimitive& mesh, size_t object, PlaceTable& fir
                    mesh.GetCreaseAngle() * kDegreesPerRadian);
     ON_BoundingBox box;
     const bool hasBox = mesh.CalcBoundingBox(box);
-    fmt::format_to(out, "  bounding box: {}\n",
-                   hasBox ? PointText(box.m_min) + " to " + PointText(box.m_max) : "none");
+    fmt::format_to(out, "  bounding box: {}\n", hasBox ? BoxText(box) : "none");
     fmt::format_to(out, "  area: {:.12g}\n", area);
     fmt::format_to(out, "  volume: {:.12g}\n", volume);
     fmt::format_to(out, "  free edges: {}\n", FreeEdgesOf(mesh).size());
     const std::string sharing = SharingText(mesh, object, firstPlaceOf);
     fmt::format_to(out, "  shares: {}\n", sharing.empty() ? "nothing" : sharing);
+}
+
+void DescribeOther(const Object& object, size_t number, Text out) {
+    const auto describe = [number, out](const auto& geometry) {
+        fmt::format_to(out, "object {}: {}\n{}", number + 1, geometry.ClassId()->ClassName(),
+                       Describe(geometry));
+    };
+    if (const Curve* const curve = std::get_if<Curve>(&object))
+        describe(**curve);
+    else if (const Surface* const surface = std::get_if<Surface>(&object))
+        describe(**surface);
+    else
+        describe(*std::get<Material>(object));
 }
 
 }  // namespace
@@ -147,7 +157,10 @@ std::string DescribeDocument(const Document& document, const std::filesystem::pa
     Totals totals;
     for (size_t object = 0; object < document.objects.size(); ++object) {
         ThrowIfInterrupted();
-        DescribeObject(*document.objects[object], object, firstPlaceOf, totals, out);
+        if (const Mesh* const mesh = std::get_if<Mesh>(&document.objects[object]))
+            DescribeMesh(**mesh, object, firstPlaceOf, totals, out);
+        else
+            DescribeOther(document.objects[object], object, out);
     }
     fmt::format_to(out, "total: {}, {}, {}, area {:.12g}, volume {:.12g}\n",
                    Counted(document.objects.size(), "object", "objects"),
@@ -159,11 +172,11 @@ std::string DescribeDocument(const Document& document, const std::filesystem::pa
 std::string ListFreeEdges(const Document& document) {
     std::string text;
     const Text out(text);
-    for (size_t object = 0; object < document.objects.size(); ++object) {
+    ForEachMesh(document, [out](const VraMeshPrimitive& mesh, size_t object) {
         ThrowIfInterrupted();
-        for (const auto& [first, second] : FreeEdgesOf(*document.objects[object]))
+        for (const auto& [first, second] : FreeEdgesOf(mesh))
             fmt::format_to(out, "{} {} {}\n", object + 1, first, second);
-    }
+    });
     return text;
 }
 

@@ -38,8 +38,11 @@ void Import(const std::vector<std::string>& models, const std::string& output) {
 }
 
 void Export(const DocumentSource& source, const std::string& model) {
-    const size_t triangleCount = ExportModel(LoadDocument(source), model);
+    const Document document = LoadDocument(source);
+    const size_t triangleCount = ExportModel(document, model);
     Print(fmt::format("exported {}: {}\n", model, Counted(triangleCount, "triangle", "triangles")));
+    if (const std::string others = CountOthers(document); !others.empty())
+        Print(fmt::format("  left out: {}\n", others));
 }
 
 void AddImport(CLI::App& app) {

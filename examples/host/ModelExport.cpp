@@ -259,7 +259,7 @@ size_t ExportModel(const Document& document, const std::filesystem::path& path) 
         const std::string format = FormatFor(exporter, path);
         std::vector<std::unique_ptr<aiMesh>> meshes;
         size_t triangleCount = 0;
-        for (const Mesh& object : document.objects) {
+        for (const Mesh& object : MeshesOf(document)) {
             ThrowIfInterrupted();
             if (object->IsEmpty())
                 continue;

@@ -8,13 +8,13 @@
 
 namespace Host {
 
-/// Exports the objects of a document to a model file, whose extension says the format.
+/// Exports the meshes of a document to a model file, whose extension says the format.
 ///
 /// A model has one number a corner for position, normal, colour and UV alike. So a vertex is repeated
 /// where its corners differ in one of the others, and kept once where they do not. Positions and
 /// normals become single precision.
 ///
-/// - Order: one mesh an object; triangles as in the object. Objects without triangles are left out.
+/// - Order: one mesh an object; triangles as in the object. Meshes without triangles are left out.
 /// - Sharing: a format of several files puts the others beside the model, under its name.
 /// - Result: the count of triangles in the model.
 /// - Throws: `Failure` for an extension no format has, a document without triangles, or a file that

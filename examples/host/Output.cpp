@@ -16,6 +16,10 @@ void Print(std::string_view text) {
         throw Failure("standard output", SystemErrorText(errno));
 }
 
+void PrintNote(const std::string& text) {
+    std::fputs(text.c_str(), stderr);
+}
+
 void FlushOutput() {
     if (std::fflush(stdout) != 0)
         throw Failure("standard output", SystemErrorText(errno));

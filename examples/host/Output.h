@@ -1,4 +1,4 @@
-/// What the commands say on the standard output.
+/// What the commands say.
 #pragma once
 
 #include <cstddef>
@@ -11,6 +11,9 @@ namespace Host {
 ///
 /// - Throws: `Failure` for "standard output" when it takes no more, as a full disk.
 void Print(std::string_view text);
+
+/// Prints a text on the standard error stream, for the user who looks on.
+void PrintNote(const std::string& text);
 
 /// Returns when everything printed has left the process.
 ///

@@ -1,8 +1,7 @@
-// `make`: documents of one solid.
+// `make`: documents of one object, here the solids.
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "Commands.h"
 #include "Edit.h"
@@ -10,17 +9,6 @@
 namespace Host {
 
 namespace {
-
-using Coordinates = std::vector<double>;
-
-ON_3dPoint ToPoint(const Coordinates& coordinates) {
-    return ON_3dPoint(coordinates[0], coordinates[1], coordinates[2]);
-}
-
-void AddPoint(CLI::App& command, const std::string& name, Coordinates& point,
-              const std::string& description) {
-    command.add_option(name, point, description)->expected(3)->check(IsFinite())->required();
-}
 
 void AddBox(CLI::App& make) {
     struct Options {
@@ -75,12 +63,13 @@ void AddRoundSolid(CLI::App& make, const std::string& name, const std::string& d
 }  // namespace
 
 void AddShapeCommands(CLI::App& app) {
-    CLI::App* const make = app.add_subcommand("make", "Makes a document of one solid");
+    CLI::App* const make = app.add_subcommand("make", "Makes a document of one object");
     make->require_subcommand(1);
     AddBox(*make);
     AddRoundSolid(*make, "cone", "A cone as the library makes it, with its ring at the first point",
                   MakeCone);
     AddRoundSolid(*make, "cylinder", "A cylinder", MakeCylinder);
+    AddGeometryCommands(*make);
 }
 
 }  // namespace Host

@@ -11,7 +11,7 @@ namespace Host {
 using Vr::VraMeshPrimitive;
 
 SharedArrays::SharedArrays(const Document& document) {
-    for (const Mesh& mesh : document.objects) {
+    for (const Mesh& mesh : MeshesOf(document)) {
         Count(mesh->GetModifiableVertexArray().get());
         Count(mesh->GetModifiableNormalArray().get());
         Count(mesh->GetModifiableColorArray().get());
@@ -61,7 +61,7 @@ void SeparateVertexNumbers(const Document& document) {
     // the array that objects of this vertex array are to hold instead of this vertex index array
     std::map<std::pair<const void*, const void*>, Triangles> separateFor;
     std::map<const void*, const void*> firstVerticesOf;
-    for (const Mesh& mesh : document.objects) {
+    for (const Mesh& mesh : MeshesOf(document)) {
         const Triangles triangles = mesh->GetModifiableVertexIndexArray();
         const void* const vertices = mesh->GetModifiableVertexArray().get();
         if (!triangles ||

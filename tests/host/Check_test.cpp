@@ -97,7 +97,8 @@ TEST_F(Check, EveryCommandThatLoadsRefusesAnUnsafeDocument) {
         {"transform", path, "-o", output, "--scale", "2"},
         {"reverse", path, "-o", output},
         {"delete-faces", path, "-o", output, "--faces", "0"},
-        {"merge", path, "-o", output}};
+        {"merge", path, "-o", output},
+        {"join", path, "-o", output}};
     for (const auto& command : commands)
         ExpectFailure(RunHost(command), path, reason);
     EXPECT_THAT(Names(), ::testing::ElementsAre("damaged.vrd"));

@@ -14,7 +14,7 @@ TEST_F(CommandLine, HelpNamesEverySubcommandAndTheExitStatuses) {
     const std::string help = ExpectSuccess(RunHost({"--help"}));
     for (const char* const name :
          {"import", "export", "make", "check", "info", "edges", "copy", "clean", "normals",
-          "transform", "reverse", "delete-faces", "merge"})
+          "transform", "reverse", "delete-faces", "merge", "join"})
         EXPECT_THAT(help, HasSubstr(std::string("\n  ") + name + " "));
     EXPECT_THAT(help, HasSubstr("0 success, 1 failure, 2 wrong usage, 130 interrupted"));
 }
@@ -27,7 +27,7 @@ TEST_F(CommandLine, HelpOfASubcommandNamesItsArguments) {
 
 TEST_F(CommandLine, EveryCommandThatLoadsADocumentMayTrustIt) {
     for (const char* const name : {"export", "info", "edges", "copy", "clean", "normals",
-                                   "transform", "reverse", "delete-faces", "merge"})
+                                   "transform", "reverse", "delete-faces", "merge", "join"})
         EXPECT_THAT(ExpectSuccess(RunHost({name, "--help"})), HasSubstr("--trust")) << name;
 }
 

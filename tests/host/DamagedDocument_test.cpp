@@ -78,8 +78,8 @@ TEST_F(DamagedDocument, AModelFile) {
 }
 
 TEST_F(DamagedDocument, AFormatOfTheFuture) {
-    const std::string reason = "document format 2 is not known";
-    ExpectRefused(ByteScript().Text("VRDM", "magic word").Dword(2, "format").Qword(0, "count"),
+    const std::string reason = "document format 3 is not known";
+    ExpectRefused(ByteScript().Text("VRDM", "magic word").Dword(3, "format").Qword(0, "count"),
                   {reason, reason});
 }
 

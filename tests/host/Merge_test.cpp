@@ -42,7 +42,7 @@ TEST_F(Merge, WhatIsLostIsSaid) {
 }
 
 TEST_F(Merge, ADocumentWithoutObjectsIsRefused) {
-    ExpectRefused({}, {"merge"}, "the document holds no objects to merge");
+    ExpectRefused({}, {"merge"}, "the document holds no meshes to merge");
 }
 
 }  // namespace
