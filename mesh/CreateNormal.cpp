@@ -16,6 +16,7 @@
 #include "mesh/detail/CornerReader.h"
 #include "mesh/detail/FaceNormals.h"
 #include "mesh/detail/IncidenceLists.h"
+#include "mesh/detail/LargeMeshes.h"
 #include "mesh/detail/ParallelFor.h"
 #include "mesh/detail/Prefetch.h"
 #include "mesh/detail/UnitVectors.h"
@@ -310,8 +311,9 @@ private:
 template <class Face>
 Result MakeSplitNormals(const VertexArray& vertices, const VertexIndexArray& triangles,
                         double threshold) {
-    if (detail::IncidenceLists<uint32_t>::CanHold(triangles.size()))
+    if (!detail::kSmallAsLarge && detail::IncidenceLists<uint32_t>::CanHold(triangles.size()))
         return SplitNormals<Face, uint32_t>(vertices, triangles, threshold).Make();
+    // LCOV_EXCL_LINE: 2^30 triangles; the presets portable and tsan come here
     return SplitNormals<Face, uint64_t>(vertices, triangles, threshold).Make();
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "mesh/VraMeshPrimitive.h"
+#include "mesh/detail/LargeMeshes.h"
 #include "mesh/detail/Prefetch.h"
 
 namespace Vr {
@@ -185,9 +186,10 @@ private:
 template <class NumberOf>
 void AppendFreeEdges(const VertexIndexArray& triangles, NumberRange range, EdgeList& edges,
                      const NumberOf& numberOf) {
-    if (EdgePairing<uint32_t>::CanHold(triangles.size(), range.count))
+    if (!detail::kSmallAsLarge && EdgePairing<uint32_t>::CanHold(triangles.size(), range.count))
         EdgePairing<uint32_t>(triangles, range).AppendFreeEdges(edges, numberOf);
     else
+        // LCOV_EXCL_LINE: 2^30 triangles; the presets portable and tsan come here
         EdgePairing<uint64_t>(triangles, range).AppendFreeEdges(edges, numberOf);
 }
 

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "mesh/VraMeshPrimitive.h"
+#include "mesh/detail/LargeMeshes.h"
 #include "mesh/detail/Prefetch.h"
 #include "mesh/detail/Throw.h"
 #include "mesh/detail/ValuePool.h"
@@ -63,6 +64,7 @@ private:
         values_ = values ? values->data() : nullptr;
         valueCount_ = values ? values->size() : 0;
         if (valueCount_ > Pool::kGreatestCount)
+            // LCOV_EXCL_LINE: 2^31 values of one source, 8 GiB at least
             detail::ThrowUnorderedMapTooLong();
         hasNaN_ = false;
         if (valueCount_ > capacity_) {
@@ -366,9 +368,11 @@ bool VraMeshPrimitive::Merge(
     const size_t greatest =
         3 * expected.triangles + expected.vertices + expected.normals + expected.colors;
     const NumberMapOutputs maps = {vertexMaps, normalMaps, colorMaps};
-    if (greatest <= static_cast<size_t>(std::numeric_limits<int32_t>::max()))
+    if (!detail::kSmallAsLarge &&
+        greatest <= static_cast<size_t>(std::numeric_limits<int32_t>::max()))
         MergeAs<uint32_t>(*target, sources, maps, expected);
     else
+        // LCOV_EXCL_LINE: 2^31 elements; the presets portable and tsan come here
         MergeAs<uint64_t>(*target, sources, maps, expected);
     return true;
 }

@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "mesh/detail/LargeMeshes.h"
 #include "mesh/detail/Throw.h"
 #include "mesh/detail/ValueOrder.h"
 #include "mesh/detail/ValuePool.h"
@@ -275,9 +276,10 @@ private:
 
 template <class Role>
 void MergeEqual(const Role& role, size_t* numbers, size_t numberCount) {
-    if (role.Count() <= static_cast<size_t>(std::numeric_limits<int32_t>::max()))
+    if (!kSmallAsLarge && role.Count() <= static_cast<size_t>(std::numeric_limits<int32_t>::max()))
         ExactMerge<uint32_t, Role>(role, numbers, numberCount).Run();
     else
+        // LCOV_EXCL_LINE: 2^31 values; the presets portable and tsan come here
         ExactMerge<uint64_t, Role>(role, numbers, numberCount).Run();
 }
 

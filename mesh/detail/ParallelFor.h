@@ -10,6 +10,8 @@
 #include <omp.h>
 #endif
 
+#include "mesh/detail/LargeMeshes.h"
+
 namespace Vr::detail {
 
 /// Returns how many workers `ParallelRanges` uses for `count` elements: at least `grain` elements
@@ -17,7 +19,8 @@ namespace Vr::detail {
 [[nodiscard]] inline size_t WorkerCount(size_t count, size_t grain) {
 #if defined(_OPENMP)
     const size_t threads = static_cast<size_t>(std::max(1, omp_get_max_threads()));
-    return std::max<size_t>(1, std::min(threads, count / std::max<size_t>(1, grain)));
+    const size_t least = kSmallAsLarge ? 1 : std::max<size_t>(1, grain);
+    return std::max<size_t>(1, std::min(threads, count / least));
 #else
     static_cast<void>(count);
     static_cast<void>(grain);
