@@ -57,8 +57,7 @@ boost::intrusive_ptr<VraMeshPrimitive> VraMeshPrimitive::OnDuplicate(VruDuplicat
         static_cast<VraMeshPrimitive*>(runtimeClass->CreateObject()));
     if (!duplicate)
         throw std::bad_alloc();
-    if (!DeepCopy(duplicate, map))
-        return nullptr;
+    DeepCopy(duplicate, map);
     return duplicate;
 }
 

@@ -23,9 +23,10 @@ int Attach(HINSTANCE instance) {
     try {
         new CDynLinkLibrary(extensionModule, FALSE);
     } catch (const std::bad_alloc&) {
-    } catch (CMemoryException* exception) {
+    } catch (
+        CMemoryException* exception) {  // LCOV_EXCL_START: MFC's operator new, which others lack
         exception->Delete();
-    }
+    }  // LCOV_EXCL_STOP
     return 1;
 }
 

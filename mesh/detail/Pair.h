@@ -17,7 +17,6 @@ class Pair {
 public:
     Pair() = default;
     explicit Pair(__m128d value) : value_(value) {}
-    static Pair Of(double low, double high) { return Pair(_mm_set_pd(high, low)); }
     static Pair Both(double value) { return Pair(_mm_set1_pd(value)); }
     /// Two neighbours in memory; no alignment is needed.
     static Pair Load(const double* two) { return Pair(_mm_loadu_pd(two)); }

@@ -143,14 +143,16 @@ Extremes FindExtremesOfUsed(const VertexArray& vertices, const ON_3dPoint& first
     return all;
 }
 
-// The first zero that a triangle corner has on the axis, sign and all.
+// The first zero that a triangle corner has on the axis, sign and all. There is one.
 double FirstZero(const VertexArray& vertices, const VertexIndexArray& triangles,
                  double ON_3dPoint::*axis) {
-    for (const auto& corners : triangles)
-        for (const size_t vertex : corners.v)
-            if (vertices[vertex].*axis == 0.0)
-                return vertices[vertex].*axis;
-    return 0.0;
+    const auto coordinateOf = [&](size_t corner) {
+        return vertices[triangles[corner / 3].v[corner % 3]].*axis;
+    };
+    size_t corner = 0;
+    while (coordinateOf(corner) != 0.0)
+        ++corner;
+    return coordinateOf(corner);
 }
 
 // Where vertices are met in random order it is faster to mark them first.

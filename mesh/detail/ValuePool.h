@@ -155,7 +155,7 @@ private:
     static size_t LimitOf(int slotBits) { return (size_t{9} << slotBits) / 16; }
     // Even, so that no value has the tag of a free slot.
     static Number TagOf(uint64_t hash) {
-        return static_cast<Number>(hash >> (64 - kTagBits)) & ~Number{1};
+        return static_cast<Number>(hash >> (64 - kTagBits) & ~uint64_t{1});
     }
 
     void MakeRoomFor(size_t count) {

@@ -53,8 +53,6 @@ bool CheckSource::Skip(uint64_t count) {
 }
 
 void CheckSource::FetchAtLeast(size_t count) {
-    if (file_ == nullptr)
-        return;
     if (atHand_ > 0)
         std::memmove(buffer_.get(), next_, atHand_);
     next_ = buffer_.get();

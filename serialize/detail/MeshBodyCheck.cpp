@@ -194,21 +194,10 @@ std::optional<uint64_t> MeshBodyCheck::CountBehind(const Handle& handle) {
 }
 
 const char* MeshBodyCheck::NameOf(ArrayKind kind) {
-    switch (kind) {
-        case ArrayKind::Points:
-            return "vertices";
-        case ArrayKind::Vectors:
-            return "normals";
-        case ArrayKind::Colors:
-            return "colours";
-        case ArrayKind::Triangles:
-            return "triangles";
-        case ArrayKind::Numbers:
-            return "index entries";
-        case ArrayKind::UVs:
-            return "UVs";
-    }
-    return "";
+    // In the order of the kinds.
+    static constexpr const char* kNames[] = {"vertices",  "normals",       "colours",
+                                             "triangles", "index entries", "UVs"};
+    return kNames[static_cast<size_t>(kind)];
 }
 
 }  // namespace Vr::detail

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
+#include "support/Caught.h"
 #include "support/MergeSameOracle.h"
 #include "support/MeshBuilders.h"
 #include "support/MeshMatchers.h"
@@ -141,6 +143,47 @@ TEST(ExactMerge, GivesTheSameWithNumbersOfBothWidths) {
         ASSERT_TRUE(SameBits(&values, &narrowValues));
         ASSERT_EQ(numbers, narrowNumbers);
     }
+}
+
+TEST(ValuePool, MoreValuesThanNumbersAreRefused) {
+    // With 16 bits there are numbers for 32767 values.
+    ValuePool<ON_3dPoint, uint16_t> pool(0);
+    uint16_t number = 0;
+    const auto add = [&](size_t value) {
+        pool.FindOrAdd(
+            1, [&](size_t) { return ON_3dPoint(static_cast<double>(value), 0, 0); }, &number);
+    };
+    for (size_t value = 0; value < 32767; ++value)
+        add(value);
+    EXPECT_EQ(number, 32766u);
+    EXPECT_EQ(CaughtFrom([&] { add(32767); }), LengthError("unordered_map/set too long"));
+    EXPECT_EQ(pool.Count(), 32767u);
+
+    ValuePool<ON_Color, uint16_t> colors(0);
+    for (size_t value = 0; value < 32767; ++value)
+        colors.AddUnfound(ON_Color(0u));
+    EXPECT_EQ(CaughtFrom([&] { colors.AddUnfound(ON_Color(0u)); }),
+              LengthError("unordered_map/set too long"));
+}
+
+// Hardly a value repeats, so that all are sorted without a pool.
+TEST(ExactMerge, OfZerosOfBothSignsTheFirstUsedStandsForAllWhereValuesAreSortedAlone) {
+    std::vector<ON_3dPoint> values;
+    Numbers numbers;
+    for (size_t i = 0; i < 4000; ++i)
+        values.push_back(ON_3dPoint(static_cast<double>(1 + (i * 7919) % 4000), 0.0, 0.0));
+    values.push_back(ON_3dPoint(1.0, 0.0, -0.0));
+    for (size_t number = values.size(); number > 0; --number)
+        numbers.push_back(number - 1);
+    MergeEqual(ArrayRole(values), numbers);
+    ASSERT_EQ(values.size(), 4000u);
+    for (size_t place = 0; place < values.size(); ++place)
+        ASSERT_EQ(values[place].x, static_cast<double>(place + 1));
+    // The last value is used first; number 0 of the old values is its equal.
+    EXPECT_TRUE(std::signbit(values[0].z));
+    EXPECT_EQ(numbers.front(), 0u);
+    EXPECT_EQ(numbers.back(), 0u);
+    EXPECT_FALSE(std::signbit(values[1].z));
 }
 
 }  // namespace
