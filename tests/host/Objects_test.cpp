@@ -96,12 +96,14 @@ TEST_F(Objects, ACurveThatIsNotValidIsNotMeasured) {
                 HasSubstr("object 1: ON_NurbsCurve\n  valid: no\ntotal: 1 object, "));
 }
 
+// openNURBS 8 takes no such name from the start.
 TEST_F(Objects, ControlCharactersOfANameDoNotReachTheTerminal) {
     Bytes bytes = ObjectHeader(1).Append(MaterialObject()).Append(DocumentEnd()).Bytes();
-    bytes[16 + 8 + 133] = 0x1B;
-    bytes[16 + 8 + 135] = 0xE4;
+    bytes[16 + 8 + 135] = 0x1B;
+    bytes[16 + 8 + 137] = 0xE4;
+    const char* const name = kStoresOwnClasses ? "none" : "O\xEF\xBF\xBD\xC3\xA4";
     EXPECT_THAT(Run({"info", Write("material.vrd", bytes)}),
-                HasSubstr("  name: \xEF\xBF\xBD\xC3\xA4k\n"));
+                HasSubstr(std::string("  name: ") + name + "\n"));
 }
 
 TEST_F(Objects, JoiningKeepsOrderAndSharing) {
