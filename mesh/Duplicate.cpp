@@ -57,7 +57,9 @@ boost::intrusive_ptr<VraMeshPrimitive> VraMeshPrimitive::OnDuplicate(VruDuplicat
         static_cast<VraMeshPrimitive*>(runtimeClass->CreateObject()));
     if (!duplicate)
         throw std::bad_alloc();
-    DeepCopy(duplicate, map);
+    if (!DeepCopy(duplicate, map))
+        // LCOV_EXCL_LINE: `DeepCopy` as it stands always answers true
+        return nullptr;
     return duplicate;
 }
 

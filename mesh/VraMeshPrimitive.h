@@ -159,7 +159,7 @@ protected:
     /// Creates the duplicate for `Duplicate`; an override may answer an empty pointer.
     ///
     /// - Result: an object of this object's run-time class, deep-copied through `map`; an empty
-    ///   pointer when that class cannot be created.
+    ///   pointer when that class cannot be created or `DeepCopy` answered false.
     /// - Throws: `std::bad_alloc`; the new object is gone then.
     virtual boost::intrusive_ptr<VraMeshPrimitive> OnDuplicate(VruDuplicateMap& map) const;
 
