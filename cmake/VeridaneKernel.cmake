@@ -1,6 +1,5 @@
 # The geometry kernel: an installed openNURBS or the embedded one. VERIDANE_KERNEL is the target of the
-# kernel taken; Veridane::opennurbs names it in either case inside this project. VERIDANE_KERNEL_INTERFACE is
-# 4 or newer.
+# kernel taken; Veridane::opennurbs names it in either case inside this project.
 set(VERIDANE_OPENNURBS auto CACHE STRING "Geometry kernel: embedded, system or auto")
 set(kernelChoices auto embedded system)
 set_property(CACHE VERIDANE_OPENNURBS PROPERTY STRINGS ${kernelChoices})
@@ -20,18 +19,11 @@ endif()
 if(VERIDANE_OPENNURBS STREQUAL embedded OR NOT OpenNURBS_FOUND)
     set(VERIDANE_SYSTEM_KERNEL OFF)
     set(VERIDANE_KERNEL Veridane::opennurbs)
-    set(VERIDANE_KERNEL_INTERFACE 4)
     add_subdirectory(platform/opennurbs)
     message(STATUS "Geometry kernel: embedded")
 else()
     set(VERIDANE_SYSTEM_KERNEL ON)
     set(VERIDANE_KERNEL OpenNURBS::OpenNURBS)
     add_library(Veridane::opennurbs ALIAS OpenNURBS::OpenNURBS)
-    # Releases of version 4 and 5 are numbered by their date.
-    if(OpenNURBS_VERSION VERSION_GREATER 200000000)
-        set(VERIDANE_KERNEL_INTERFACE 4)
-    else()
-        set(VERIDANE_KERNEL_INTERFACE newer)
-    endif()
     message(STATUS "Geometry kernel: openNURBS ${OpenNURBS_VERSION}, ${OpenNURBS_LIBRARY}")
 endif()

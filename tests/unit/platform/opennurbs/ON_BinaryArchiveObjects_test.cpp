@@ -1,5 +1,9 @@
 // Records of curves and surfaces: recorded bytes in three versions, what is read back, damaged records,
 // and the calls an archive makes.
+#include <iterator>
+#include <sstream>
+
+#include "support/Kernel.h"
 #include "unit/platform/opennurbs/GoldenFile.h"
 #include "unit/platform/opennurbs/MemoryArchive.h"
 #include "unit/platform/opennurbs/ObjectText.h"
@@ -13,9 +17,11 @@ using kerneltest::FirstBytes;
 using kerneltest::GoldenCases;
 using kerneltest::GoldenLine;
 using kerneltest::kIsEmbedded;
+using kerneltest::kIsLaterRelease;
 using kerneltest::MemoryArchive;
 using kerneltest::ObjectFrom;
 using kerneltest::TextOf;
+using Vr::test::kStoresOwnClasses;
 
 namespace {
 
@@ -55,7 +61,7 @@ Bytes Written(const ON_Object* object, int version,
 struct ReadResult {
     int code;
     size_t position;
-    int badChecksums;
+    unsigned int badChecksums;
     std::unique_ptr<ON_Object> object;
 };
 
@@ -63,7 +69,8 @@ ReadResult ReadFrom(const Bytes& bytes, int version = 0) {
     MemoryArchive archive(ON::archive_mode::read, bytes, version);
     ON_Object* object = nullptr;
     const int code = archive.ReadObject(&object);
-    return {code, archive.position, archive.BadCRCCount(), std::unique_ptr<ON_Object>(object)};
+    return {code, archive.position, static_cast<unsigned int>(archive.BadCRCCount()),
+            std::unique_ptr<ON_Object>(object)};
 }
 
 // The class whose identifier stands behind the headers of the record and of the identifier.
@@ -76,20 +83,54 @@ std::string ClassInRecord(const Bytes& bytes) {
     return ClassWordOf(object.get());
 }
 
-// The recorded calls, written as the test archive notes them.
-std::vector<std::string> RecordedCalls(const std::string& label) {
-    std::vector<std::string> calls;
+// Later releases count the position themselves, write a line as a line and a point in one piece. Headers
+// are a type and a length, 4 bytes each; a length is written again once what it counts is there, and the
+// way back to it goes over that and the length.
+constexpr char kLaterWriteNull[] =
+    "write:4 write:4 "
+    // the class id, 16 bytes and a checksum
+    "write:4 write:4 write:4 write:2 write:2 write:8 write:4 seek_cur:-24 write:4 seek_cur:20 "
+    "seek_cur:-32 write:4 seek_cur:28 flush";
+constexpr char kLaterWriteLine[] =
+    "write:4 write:4 "
+    "write:4 write:4 write:4 write:2 write:2 write:8 write:4 seek_cur:-24 write:4 seek_cur:20 "
+    // version, two points, domain, dimension and a checksum: 73 bytes
+    "write:4 write:4 write:1 write:24 write:24 write:16 write:4 write:4 "
+    "seek_cur:-77 write:4 seek_cur:73 "
+    // the end; 28, 81 and 8 bytes are counted
+    "write:4 write:4 seek_cur:-121 write:4 seek_cur:117 flush";
+constexpr char kLaterReadLine[] =
+    "read:4:4 read:4:4 "
+    "read:4:4 read:4:4 read:4:4 read:2:2 read:2:2 read:8:8 read:4:4 "
+    "read:4:4 read:4:4 read:1:1 read:24:24 read:24:24 read:16:16 read:4:4 read:4:4 "
+    "read:4:4 read:4:4";
+
+// Calls as the test archive notes them.
+std::vector<std::string> CallsOf(const std::vector<std::string>& words) {
+    std::vector<std::string> calls = words;
+    for (std::string& call : calls) {
+        std::replace(call.begin(), call.end(), ':', ' ');
+    }
+    return calls;
+}
+
+// The recorded calls, or those of later releases.
+std::vector<std::string> ExpectedCalls(const std::string& label, const char* laterCalls) {
+    std::vector<std::string> words;
+    if (kIsLaterRelease) {
+        std::istringstream text(laterCalls);
+        words.assign(std::istream_iterator<std::string>(text), {});
+        return CallsOf(words);
+    }
     for (GoldenLine& line : GoldenCases(kFile, "trace", 10)) {
         if (line.Word() == label) {
             while (!line.IsAtEnd()) {
-                std::string call = line.Word();
-                std::replace(call.begin(), call.end(), ':', ' ');
-                calls.push_back(call);
+                words.push_back(line.Word());
             }
         }
     }
-    EXPECT_FALSE(calls.empty()) << label;
-    return calls;
+    EXPECT_FALSE(words.empty()) << label;
+    return CallsOf(words);
 }
 
 // Records of arcs hold sines and cosines; they can be compared with another C library's only loosely.
@@ -100,26 +141,37 @@ bool HasRecordedBytes(const std::string& label) {
     return !isRound || kerneltest::HasRecordedTrigonometry();
 }
 
+// Later releases find nothing wrong with a line whose domain is empty, and ask a polyline for two points.
+bool IsJudgedOtherwise(const std::string& label) {
+    return kIsLaterRelease &&
+           (label == "lineEmptyDomain" || label == "polyline0" || label == "polyline1");
+}
+
 }  // namespace
 
 TEST(ON_BinaryArchiveObjects, ObjectsHaveTheRecordedValidity) {
     for (GoldenLine& line : GoldenCases(kFile, "object", kObjectCount)) {
-        SCOPED_TRACE(line.Where() + " " + line.Word());
+        const std::string label = line.Word();
+        SCOPED_TRACE(line.Where() + " " + label);
         const bool isValid = line.Flag();
-        EXPECT_EQ(ObjectFrom(line)->IsValid() != 0, isValid);
+        EXPECT_EQ(ObjectFrom(line)->IsValid() != 0, isValid != IsJudgedOtherwise(label));
         EXPECT_TRUE(line.IsAtEnd());
     }
 }
 
 TEST(ON_BinaryArchiveObjects, NewArchiveWritesTheRecordedBytesMostlyAsNurbs) {
     const LinesByLabel objects("object");
+    const LinesByLabel recordsOfVersionFour("record4");
     for (GoldenLine& line : GoldenCases(kFile, "record", kObjectCount)) {
         const std::string label = line.Word();
         SCOPED_TRACE(label);
         const auto object = RecordedObject(objects, label);
         const Bytes bytes = Written(object.get(), 0);
-        EXPECT_EQ(ClassInRecord(bytes), line.Word());
-        const Bytes expected = line.Stream();
+        const std::string className = line.Word();
+        EXPECT_EQ(ClassInRecord(bytes), kStoresOwnClasses ? ClassWordOf(object.get()) : className);
+        GoldenLine own = recordsOfVersionFour.At(label);
+        const bool isSame = GoldenLine(own).Word() == "=";
+        const Bytes expected = kStoresOwnClasses && !isSame ? own.Stream() : line.Stream();
         EXPECT_EQ(bytes.size(), expected.size());
         EXPECT_TRUE(bytes == expected || !HasRecordedBytes(label));
         EXPECT_EQ(Written(object.get(), 0, ON::archive_mode::write3dm), bytes);
@@ -136,7 +188,7 @@ TEST(ON_BinaryArchiveObjects, RecordsReadBackAsRecorded) {
         const ReadResult result = ReadFrom(record.Stream());
         EXPECT_EQ(result.code, line.Integer());
         EXPECT_EQ(result.position, line.Count());
-        EXPECT_EQ(result.badChecksums, 0);
+        EXPECT_EQ(result.badChecksums, 0u);
         EXPECT_EQ(TextOf(result.object.get()), TextOf(ObjectFrom(line).get()));
         EXPECT_TRUE(line.IsAtEnd());
     }
@@ -173,7 +225,7 @@ TEST(ON_BinaryArchiveObjects, RecordsOfVersionFourAreReadByANewArchive) {
         const ReadResult result = ReadFrom(record.Stream());
         EXPECT_EQ(result.code, line.Integer());
         EXPECT_EQ(result.position, line.Count());
-        EXPECT_EQ(result.badChecksums, 0);
+        EXPECT_EQ(result.badChecksums, 0u);
         const auto expected =
             GoldenLine(line).Word() == "=" ? RecordedObject(objects, label) : ObjectFrom(line);
         EXPECT_EQ(TextOf(result.object.get()), TextOf(expected.get()));
@@ -192,7 +244,7 @@ TEST(ON_BinaryArchiveObjects, VersionFiftyWritesLengthsOfEightBytes) {
         EXPECT_TRUE(bytes == expected || !HasRecordedBytes(label));
         const ReadResult result = ReadFrom(expected, 50);
         EXPECT_EQ(result.position, expected.size());
-        EXPECT_EQ(result.badChecksums, 0);
+        EXPECT_EQ(result.badChecksums, 0u);
     }
 }
 
@@ -217,7 +269,10 @@ TEST(ON_BinaryArchiveObjects, ClassesHaveTheRecordedIdentifiers) {
         const ON_ClassId* const classId = ON_ClassId::ClassId(line.Uuid());
         if (classId) {
             EXPECT_EQ(classId->ClassName(), name);
-            EXPECT_STREQ(classId->BaseClassName(), baseName == "-" ? "0" : baseName.c_str());
+            const bool isComponent = kIsLaterRelease && name == "ON_Material";
+            EXPECT_EQ(classId->BaseClassName(), isComponent       ? "ON_ModelComponent"
+                                                : baseName == "-" ? "0"
+                                                                  : baseName);
             ++knownCount;
         }
     }
@@ -245,7 +300,10 @@ TEST(ON_BinaryArchiveObjects, DamagedRecordsEndAsRecorded) {
         const bool isPoint = label == "point";
         EXPECT_EQ(result.code, isPoint && kIsEmbedded ? 3 : code);
         EXPECT_EQ(result.position, line.Count());
-        EXPECT_EQ(result.badChecksums, line.Integer());
+        // Later releases take a flag from the checksum's bytes then, and have none to compare.
+        const bool isUnchecked = kIsLaterRelease && label == "minorVersion15";
+        const size_t badChecksums = line.Count();
+        EXPECT_EQ(result.badChecksums, isUnchecked ? 0u : badChecksums);
         const std::string expectedClass = line.Word();
         EXPECT_EQ(ClassWordOf(result.object.get()),
                   !isPoint ? expectedClass : (kIsEmbedded ? "-" : "ON_Point"));
@@ -268,7 +326,7 @@ TEST(ON_BinaryArchiveObjects, RecordCutAnywhereEndsAsRecorded) {
         const size_t last = line.Count();
         const int code = line.Integer();
         const std::string position = line.Word();
-        const int badChecksums = line.Integer();
+        const size_t badChecksums = line.Count();
         const std::string expectedClass = line.Word();
         for (size_t kept = first; kept <= last; ++kept, ++cutCount) {
             SCOPED_TRACE(label + " cut to " + std::to_string(kept));
@@ -286,11 +344,11 @@ TEST(ON_BinaryArchiveObjects, WritingMakesTheRecordedCalls) {
     MemoryArchive archive(ON::archive_mode::write);
     const ON_LineCurve line(ON_3dPoint(0.0, 0.0, 0.0), ON_3dPoint(1.0, 2.0, 3.0));
     EXPECT_TRUE(archive.WriteObject(line));
-    EXPECT_EQ(archive.calls, RecordedCalls("writeLine"));
+    EXPECT_EQ(archive.calls, ExpectedCalls("writeLine", kLaterWriteLine));
 
     archive.calls.clear();
     EXPECT_TRUE(archive.WriteObject(nullptr));
-    EXPECT_EQ(archive.calls, RecordedCalls("writeNull"));
+    EXPECT_EQ(archive.calls, ExpectedCalls("writeNull", kLaterWriteNull));
 }
 
 TEST(ON_BinaryArchiveObjects, ReadingMakesTheRecordedCalls) {
@@ -299,7 +357,7 @@ TEST(ON_BinaryArchiveObjects, ReadingMakesTheRecordedCalls) {
     ON_Object* object = nullptr;
     EXPECT_EQ(archive.ReadObject(&object), 1);
     delete object;
-    EXPECT_EQ(archive.calls, RecordedCalls("readLine"));
+    EXPECT_EQ(archive.calls, ExpectedCalls("readLine", kLaterReadLine));
 }
 
 TEST(ON_BinaryArchiveObjects, WrongModeMovesNothing) {
@@ -316,9 +374,10 @@ TEST(ON_BinaryArchiveObjects, WrongModeMovesNothing) {
     EXPECT_TRUE(writing.calls.empty());
 }
 
-TEST(ON_BinaryArchiveObjects, LineWrittenIntoANewArchiveComesBackAsNurbs) {
+TEST(ON_BinaryArchiveObjects, LineWrittenIntoANewArchiveComesBackAsTheClassStored) {
     const ON_LineCurve line(ON_3dPoint(0.0, 0.0, 0.0), ON_3dPoint(1.0, 2.0, 3.0));
-    EXPECT_EQ(ClassWordOf(ReadFrom(Written(&line, 0)).object.get()), "nurbs");
+    EXPECT_EQ(ClassWordOf(ReadFrom(Written(&line, 0)).object.get()),
+              kStoresOwnClasses ? "line" : "nurbs");
     EXPECT_EQ(ClassWordOf(ReadFrom(Written(&line, 3)).object.get()), "line");
 }
 
@@ -339,7 +398,7 @@ TEST(ON_BinaryArchiveObjects, ChecksumsLeaveNestedChunksOut) {
     // 8 + 28 bytes of class id, 8 of header, 1 + 12 + 48 + 4 + 16 of fields, 8 + 28 + 8 + 1 of the
     // nested record come before the coordinates of the line.
     record[8 + 28 + 8 + 81 + 8 + 28 + 8 + 1] ^= 1;
-    EXPECT_EQ(ReadFrom(record).badChecksums, 1);
+    EXPECT_EQ(ReadFrom(record).badChecksums, 1u);
 }
 
 TEST(ON_BinaryArchiveObjects, FailureOfTheTargetIsReported) {

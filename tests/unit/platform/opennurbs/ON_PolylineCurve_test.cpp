@@ -1,4 +1,5 @@
 // Polylines as curves.
+#include "unit/platform/opennurbs/Release.h"
 #include "unit/platform/opennurbs/SameBits.h"
 
 namespace {
@@ -31,7 +32,8 @@ TEST(ON_PolylineCurve, PointsLieBetweenTheirNeighbours) {
 TEST(ON_PolylineCurve, FewerThanTwoPointsAreValidButHaveNoNurbsForm) {
     ON_PolylineCurve empty;
     ON_NurbsCurve form;
-    EXPECT_TRUE(empty.IsValid());
+    // Later releases ask for two points.
+    EXPECT_EQ(empty.IsValid() != 0, !kerneltest::kIsLaterRelease);
     EXPECT_EQ(empty.GetNurbForm(form), 0);
     EXPECT_SAME_BITS(empty.PointAt(0.0), ON_UNSET_POINT);
     EXPECT_FALSE(empty.BoundingBox().IsValid());
