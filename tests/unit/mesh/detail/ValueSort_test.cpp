@@ -57,8 +57,9 @@ TEST(ValueSort, ManyEqualValuesAreOneRun) {
 
 TEST(ValueSort, FewAndNoneAreSorted) {
     ExpectSorted({});
-    ExpectSorted({{3, 0, 0}});
-    ExpectSorted({{3, 0, 0}, {1, 5, 0}, {1, 4, 0}, {1, 4, -1}, {3, 0, 0}});
+    const ON_3dPoint last(3, 0, 0);
+    ExpectSorted({last});
+    ExpectSorted({last, ON_3dPoint(1, 5, 0), ON_3dPoint(1, 4, 0), ON_3dPoint(1, 4, -1), last});
 }
 
 TEST(ValueSort, EveryAxisDecidesWhereTheOnesBeforeAreEqual) {
