@@ -7,7 +7,6 @@ using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
-
 // What `info` says of the curve, the surface and the material.
 constexpr const char* kCurveInfo =
     ": ON_NurbsCurve\n"
