@@ -98,7 +98,8 @@ private:
         });
         // With more readers than this, reading all faces takes longer than adding them up; and one
         // alone is faster as long as the sums are in its cache and no owner has to be guessed.
-        const bool areSumsNear = sums_.size() < 4 * detail::CornerReader::kNearbyVertices;
+        const bool areSumsNear =
+            !detail::kSmallAsLarge && sums_.size() < 4 * detail::CornerReader::kNearbyVertices;
         const size_t readers = areSumsNear ? 1 : std::min<size_t>(workers_, 8);
         std::vector<unsigned char> hasRepeats(readers);
         detail::ParallelRanges(sums_.size(), readers, [&](size_t begin, size_t end, size_t worker) {

@@ -40,10 +40,9 @@ private:
 
 // A rough height field in random order, large enough to be dealt out to seven threads, with so many
 // triangles that repeat a vertex and so many more vertices without a triangle.
-Mesh RoughField(std::size_t repeatCount, std::size_t unusedCount) {
-    constexpr std::size_t kSide = 175;
+Mesh RoughField(std::size_t repeatCount, std::size_t unusedCount, std::size_t side = 175) {
     Random random(0);
-    std::vector<std::size_t> vertexAt((kSide + 1) * (kSide + 1));
+    std::vector<std::size_t> vertexAt((side + 1) * (side + 1));
     for (std::size_t place = 0; place < vertexAt.size(); ++place)
         vertexAt[place] = place;
     for (std::size_t left = vertexAt.size(); left > 1; --left)
@@ -55,12 +54,12 @@ Mesh RoughField(std::size_t repeatCount, std::size_t unusedCount) {
     vertices.resize(vertexAt.size() + unusedCount, ON_3dPoint(0, 0, 0));
     for (std::size_t place = 0; place < vertexAt.size(); ++place)
         vertices[vertexAt[place]] =
-            ON_3dPoint(static_cast<double>(place % (kSide + 1)),
-                       static_cast<double>(place / (kSide + 1)), random.Between(0, 0.7));
-    for (std::size_t row = 0; row < kSide; ++row) {
-        for (std::size_t column = 0; column < kSide; ++column) {
-            const std::size_t low = row * (kSide + 1) + column;
-            const std::size_t high = low + kSide + 1;
+            ON_3dPoint(static_cast<double>(place % (side + 1)),
+                       static_cast<double>(place / (side + 1)), random.Between(0, 0.7));
+    for (std::size_t row = 0; row < side; ++row) {
+        for (std::size_t column = 0; column < side; ++column) {
+            const std::size_t low = row * (side + 1) + column;
+            const std::size_t high = low + side + 1;
             triangles.push_back({{vertexAt[low], vertexAt[low + 1], vertexAt[high + 1]}});
             triangles.push_back({{vertexAt[low], vertexAt[high + 1], vertexAt[high]}});
         }
@@ -111,14 +110,18 @@ TEST_P(ThreadCounts, NormalsPerVertexAreAsDefinedAndInVertexOrder) {
 }
 
 TEST_P(ThreadCounts, NormalsOfASurfaceWhereEveryVertexIsUsedAreAsDefined) {
-    const Mesh mesh = RoughField(0, 0);
-    mesh->SetCreaseAngle(-1.0);
-    mesh->CreateNormalPerVertex();
-    const VertexNormals expected =
-        CreateNormalOracle(*mesh->GetVertexArray(), *mesh->GetVertexIndexArray(), -1.0, 0)
-            .Compute();
-    EXPECT_TRUE(SameBits(mesh->GetNormalArray().get(), &expected.normals));
-    EXPECT_TRUE(PerVertexOf(*mesh->GetNormalIndexArray()) == expected.indices);
+    // Sums that fit a cache, which one worker adds up, and more of them.
+    for (const std::size_t side : {std::size_t{175}, std::size_t{260}}) {
+        SCOPED_TRACE(side);
+        const Mesh mesh = RoughField(0, 0, side);
+        mesh->SetCreaseAngle(-1.0);
+        mesh->CreateNormalPerVertex();
+        const VertexNormals expected =
+            CreateNormalOracle(*mesh->GetVertexArray(), *mesh->GetVertexIndexArray(), -1.0, 0)
+                .Compute();
+        EXPECT_TRUE(SameBits(mesh->GetNormalArray().get(), &expected.normals));
+        EXPECT_TRUE(PerVertexOf(*mesh->GetNormalIndexArray()) == expected.indices);
+    }
 }
 
 TEST_P(ThreadCounts, UnusedVerticesGoAsDefined) {
