@@ -37,14 +37,20 @@ void TransformPoints(const ON_Xform& xf, ON_3dPoint* points, size_t count) {
         const Pair x = LowHigh(first, second);
         const Pair y = HighLow(first, third);
         const Pair z = LowHigh(second, third);
-        // A weight of 0 is no divisor, but a factor.
         const Pair weight = row(3, x, y, z);
-        const Pair zero = Pair::Both(0.0);
-        const Pair divisor = WhereEqual(weight, zero, Pair::Both(1.0), weight);
-        const Pair factor = WhereEqual(weight, zero, weight, Pair::Both(1.0) / divisor);
-        const Pair newX = factor * row(0, x, y, z);
-        const Pair newY = factor * row(1, x, y, z);
-        const Pair newZ = factor * row(2, x, y, z);
+        Pair newX = row(0, x, y, z);
+        Pair newY = row(1, x, y, z);
+        Pair newZ = row(2, x, y, z);
+        // Most matrices give every point the weight 1, and to divide by that changes nothing.
+        if (!AreEqual(weight, Pair::Both(1.0))) {
+            // A weight of 0 is no divisor, but a factor.
+            const Pair zero = Pair::Both(0.0);
+            const Pair divisor = WhereEqual(weight, zero, Pair::Both(1.0), weight);
+            const Pair factor = WhereEqual(weight, zero, weight, Pair::Both(1.0) / divisor);
+            newX = factor * newX;
+            newY = factor * newY;
+            newZ = factor * newZ;
+        }
         LowLow(newX, newY).Store(six);
         LowHigh(newZ, newX).Store(six + 2);
         HighHigh(newY, newZ).Store(six + 4);
@@ -54,12 +60,13 @@ void TransformPoints(const ON_Xform& xf, ON_3dPoint* points, size_t count) {
 }
 
 void TransformNormals(const ON_Xform& inverseTranspose, NormalArray& normals) {
+    const ON_Xform matrix = inverseTranspose;
     // Blocks that stay in the nearest cache between the two steps.
     constexpr size_t kBlock = 256;
     for (size_t begin = 0; begin < normals.size(); begin += kBlock) {
         const size_t end = std::min(begin + kBlock, normals.size());
         for (size_t normal = begin; normal < end; ++normal)
-            normals[normal].Transform(inverseTranspose);
+            normals[normal].Transform(matrix);
         detail::UnitizeAll(normals.data() + begin, end - begin);
     }
 }

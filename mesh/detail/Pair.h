@@ -48,6 +48,10 @@ public:
         return Pair(
             _mm_or_pd(_mm_and_pd(isLess, chosen.value_), _mm_andnot_pd(isLess, other.value_)));
     }
+    /// Answers true when both numbers are equal to those of the other pair.
+    friend bool AreEqual(Pair a, Pair b) {
+        return _mm_movemask_pd(_mm_cmpeq_pd(a.value_, b.value_)) == 3;
+    }
     /// One number of `a` and one of `b`, as the name says.
     friend Pair LowLow(Pair a, Pair b) { return Pair(_mm_unpacklo_pd(a.value_, b.value_)); }
     friend Pair LowHigh(Pair a, Pair b) { return Pair(_mm_shuffle_pd(a.value_, b.value_, 2)); }
@@ -99,6 +103,7 @@ public:
         return Of(a.low_ < b.low_ ? chosen.low_ : other.low_,
                   a.high_ < b.high_ ? chosen.high_ : other.high_);
     }
+    friend bool AreEqual(Pair a, Pair b) { return a.low_ == b.low_ && a.high_ == b.high_; }
     friend Pair LowLow(Pair a, Pair b) { return Of(a.low_, b.low_); }
     friend Pair LowHigh(Pair a, Pair b) { return Of(a.low_, b.high_); }
     friend Pair HighLow(Pair a, Pair b) { return Of(a.high_, b.low_); }

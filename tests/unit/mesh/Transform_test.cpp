@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <set>
 #include <string>
 #include <utility>
@@ -82,6 +83,38 @@ TEST(Transform, AWeightOfZeroMultipliesInsteadOfDividing) {
     const auto expected =
         Vertices({{0, 0, 0}, {1, 2, 3}, {1, -2, -0.5}, {0, 0, -0.0}, {0, -0.0, 0}});
     EXPECT_TRUE(SameBits(points.get(), expected.get()));
+}
+
+TEST(Transform, ANeighbourOfWeightOneIsNotTakenForAll) {
+    ON_Xform xf(1.0);
+    xf.m_xform[3][0] = 1.0;  // The weight is x + 1.
+    const Mesh mesh = NewPrimitive();
+    const auto points =
+        Vertices({{0, 5, 6}, {3, 8, 4}, {1, 4, 6}, {0, 1, -1}, {0, 2, 3}, {0, -0.0, 7}, {0, 8, 9}});
+    mesh->SetVertexArray(points);
+    Addresses done;
+    EXPECT_TRUE(mesh->Transform(xf, done));
+    const auto expected = Vertices({{0, 5, 6},
+                                    {0.75, 2, 1},
+                                    {0.5, 2, 3},
+                                    {0, 1, -1},
+                                    {0, 2, 3},
+                                    {0, 0, 7},  // The row of y adds 0 at its end: -0 + 0.
+                                    {0, 8, 9}});
+    EXPECT_TRUE(SameBits(points.get(), expected.get()));
+}
+
+TEST(Transform, AnInfiniteCoordinateSpoilsEveryCoordinate) {
+    const double infinite = std::numeric_limits<double>::infinity();
+    const Mesh mesh = NewPrimitive({{infinite, 2, 3}, {1, 2, 3}, {1, 2, -infinite}}, {});
+    Addresses done;
+    EXPECT_TRUE(mesh->Transform(Shift(1, 1, 1), done));
+    // 0 times infinity, in the weight too.
+    const auto points = mesh->GetVertexArray();
+    for (const size_t spoilt : {0u, 2u})
+        for (int coordinate = 0; coordinate < 3; ++coordinate)
+            EXPECT_TRUE(std::isnan((*points)[spoilt][coordinate]));
+    EXPECT_EQ((*points)[1], ON_3dPoint(2, 3, 4));
 }
 
 TEST(Transform, AShiftLeavesNormalsAlone) {
