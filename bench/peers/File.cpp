@@ -13,6 +13,7 @@
 #include "peers/OurMesh.h"
 #include "peers/ScratchFile.h"
 #include "serialize/MeshSerializers.h"
+#include "serialize/ValueSerializers.h"
 #include "serialize/VrmArchive.h"
 
 namespace Vr::bench::peers {
@@ -51,6 +52,14 @@ struct OpenFile {
 OurMesh ColorsOnly(const Input& input) {
     OurMesh mesh(new VraMeshPrimitive);
     mesh->SetColorArray(std::make_shared<VraMeshPrimitive::ColorArray>(input.triangleCount));
+    return mesh;
+}
+
+// One UV pair a triangle and nothing else.
+OurMesh UVsOnly(const Input& input) {
+    OurMesh mesh(new VraMeshPrimitive);
+    mesh->SetUVArray(
+        std::make_shared<VraMeshPrimitive::UVArray>(input.triangleCount, ON_2dPoint(0.25, 0.75)));
     return mesh;
 }
 
@@ -151,12 +160,74 @@ void AddBoth(Contest& contest, const std::string& suffix, const std::string& tit
     contest.contestants.push_back(plain);
 }
 
+// Values that a host stores or loads one at a time, as it does values of its own: each has a bridge to
+// openNURBS, a flush and a file operation.
+template <class Value>
+struct OneByOne {
+    explicit OneByOne(size_t count) : values(count) {
+        file.Open(name.Path().c_str(), CFile::modeCreate | CFile::modeReadWrite);
+    }
+
+    void Store() {
+        using Vr::operator<<;
+        file.SeekToBegin();
+        CArchive archive(&file, CArchive::store);
+        for (const Value& value : values)
+            archive << value;
+        archive.Close();
+    }
+
+    void Load() {
+        using Vr::operator>>;
+        file.SeekToBegin();
+        CArchive archive(&file, CArchive::load);
+        for (Value& value : values)
+            archive >> value;
+        archive.Close();
+    }
+
+    std::vector<Value> values;
+    ScratchFile name{".values"};
+    CFile file;
+};
+
+template <class Value>
+void AddOneByOne(Contest& contest, const std::string& suffix) {
+    Contestant loop;
+    loop.peer = "one by one";
+    loop.mostTriangles = 1'000'000;
+    loop.operation = "save" + suffix;
+    loop.call = "archive << value";
+    loop.note = "the same bytes, but a bridge, a flush and a file operation for each element";
+    loop.make = [](const Input& input) {
+        const auto values = std::make_shared<OneByOne<Value>>(input.triangleCount);
+        Task task;
+        task.run = [=] { values->Store(); };
+        return task;
+    };
+    contest.contestants.push_back(loop);
+    loop.operation = "load" + suffix;
+    loop.call = "archive >> value";
+    loop.make = [](const Input& input) {
+        const auto values = std::make_shared<OneByOne<Value>>(input.triangleCount);
+        values->Store();
+        Task task;
+        task.run = [=] { values->Load(); };
+        return task;
+    };
+    contest.contestants.push_back(loop);
+}
+
 }  // namespace
 
 void AddFile(Contest& contest) {
     AddBoth(contest, "", "", "positions, triangles, normals", NormalsToo);
     AddBoth(contest, "_colors", " of one colour a triangle", "colours alone, by openNURBS's coding",
             ColorsOnly);
+    AddOneByOne<ON_Color>(contest, "_colors");
+    AddBoth(contest, "_uvs", " of one UV pair a triangle", "UVs alone, by openNURBS's coding",
+            UVsOnly);
+    AddOneByOne<ON_2dPoint>(contest, "_uvs");
 }
 
 }  // namespace Vr::bench::peers
