@@ -10,6 +10,7 @@
 #include "golden/OpenNurbsRecords.h"
 #include "serialize/CheckStream.h"
 #include "serialize/ValueSerializers.h"
+#include "support/FindingMatchers.h"
 #include "support/MemoryFile.h"
 
 namespace {
@@ -19,7 +20,6 @@ using namespace Vr::golden;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Vr::CheckCode;
-using Vr::CheckFinding;
 using Vr::CheckSeverity;
 using Vr::CheckStream;
 using Bytes = std::vector<BYTE>;
@@ -28,12 +28,6 @@ constexpr std::size_t kNameCount = 129;
 constexpr std::size_t kAddition = 141;
 constexpr std::size_t kEnd = 173;
 constexpr const char* kDoNotFit = "the fields of a material do not fit the bytes that are left";
-
-testing::Matcher<CheckFinding> Finding(CheckCode code, uint64_t offset, const std::string& text) {
-    return testing::AllOf(testing::Field("code", &CheckFinding::code, code),
-                          testing::Field("offset", &CheckFinding::offset, offset),
-                          testing::Field("text", &CheckFinding::text, text));
-}
 
 Bytes With(Bytes bytes, std::size_t place, BYTE value) {
     bytes.at(place) = value;

@@ -12,6 +12,7 @@
 #include "serialize/CheckStream.h"
 #include "serialize/ValueSerializers.h"
 #include "support/Caught.h"
+#include "support/FindingMatchers.h"
 #include "support/MemoryFile.h"
 
 namespace {
@@ -22,7 +23,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Vr::CheckCode;
 using Vr::CheckedObject;
-using Vr::CheckFinding;
 using Vr::CheckSeverity;
 using Vr::CheckStream;
 using Bytes = std::vector<BYTE>;
@@ -31,12 +31,6 @@ using Bytes = std::vector<BYTE>;
 constexpr std::size_t kClassId = 16;
 constexpr std::size_t kDataHeader = 36;
 constexpr std::size_t kEnd = 193;
-
-testing::Matcher<CheckFinding> Finding(CheckCode code, uint64_t offset, const std::string& text) {
-    return testing::AllOf(testing::Field("code", &CheckFinding::code, code),
-                          testing::Field("offset", &CheckFinding::offset, offset),
-                          testing::Field("text", &CheckFinding::text, text));
-}
 
 TEST(CheckRecord, RecordsArePassedOver) {
     const ByteScript script = StraightCurve()

@@ -16,22 +16,14 @@
 #include "serialize/ValueSerializers.h"
 #include "support/ByteScript.h"
 #include "support/CheckedDocuments.h"
+#include "support/FindingMatchers.h"
 #include "support/MemoryFile.h"
 #include "support/MeshBuilders.h"
 #include "support/StoreLoad.h"
 
-namespace Vr {
-
-void PrintTo(const CheckFinding& finding, std::ostream* stream) {
-    *stream << NameOf(finding.code) << " at " << finding.offset << ": " << finding.text;
-}
-
-}  // namespace Vr
-
 namespace {
 
 using namespace Vr::test;
-using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::Field;
 using ::testing::IsEmpty;
@@ -49,12 +41,6 @@ using Vr::VraMeshPrimitive;
 
 CheckReport Check(const Bytes& bytes, const CheckLimits& limits = {}) {
     return CheckDocument(bytes.data(), bytes.size(), limits);
-}
-
-auto Finding(CheckCode code, uint64_t offset, const std::string& text) {
-    return AllOf(Field("code", &CheckFinding::code, code),
-                 Field("offset", &CheckFinding::offset, offset),
-                 Field("text", &CheckFinding::text, text));
 }
 
 // ---- pieces of a stream ------------------------------------------------------------------------
