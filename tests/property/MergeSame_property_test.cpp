@@ -120,7 +120,8 @@ const Spread kSpreads[] = {
 
 class MergeSameManyValues : public ::testing::TestWithParam<Spread> {};
 
-// `distinctCount` points and copies of them, `copies` in all of each on average.
+// `distinctCount` points and copies of them, `copies` in all of each on average; in every other mesh some
+// are not used.
 Mesh ManyValues(Random& random, const Spread& spread, size_t distinctCount, size_t copies,
                 bool isAscending) {
     const auto textured = [&] { return random.Chance(50) ? spread.coordinate(random) : 0.5; };
@@ -146,7 +147,10 @@ Mesh ManyValues(Random& random, const Spread& spread, size_t distinctCount, size
         colors->push_back(ON_Color(static_cast<unsigned int>(random.Next() >> random.Below(64))));
     }
     const auto triangles = Triangles({});
+    const unsigned unusedPercent = random.Chance(50) ? 20 : 0;
     for (size_t i = 0; i < vertices->size(); ++i) {
+        if (random.Chance(unusedPercent))
+            continue;
         const size_t vertex = random.Below(vertices->size());
         triangles->push_back({{vertex, i, random.Chance(50) ? vertex : i / 2}});
     }

@@ -91,6 +91,28 @@ TEST(GetFreeEdgesOutOfMemory, TheVectorKeepsWhatItHeld) {
     }
 }
 
+// Vertices far apart are marked before they are looked at, for which no memory need be there.
+TEST(CalcBoundingBoxOutOfMemory, IsFoundAllTheSame) {
+    constexpr std::size_t kVertexCount = 40000;
+    const Mesh mesh = NewPrimitive({}, {});
+    for (std::size_t vertex = 0; vertex < kVertexCount; ++vertex)
+        mesh->GetModifiableVertexArray()->push_back(
+            ON_3dPoint(static_cast<double>(vertex), 1.0, -static_cast<double>(vertex)));
+    while (mesh->GetVertexIndexArray()->size() < 12000)
+        mesh->GetModifiableVertexIndexArray()->push_back({7, kVertexCount - 9, kVertexCount / 2});
+    mesh->GetModifiableVertexIndexArray()->front() = {kVertexCount - 9, 8, 8};
+    ON_BoundingBox box;
+    bool hasHappened = false;
+    {
+        const FailAllocation failure(1);
+        EXPECT_TRUE(mesh->CalcBoundingBox(box));
+        hasHappened = failure.HasHappened();
+    }
+    EXPECT_TRUE(hasHappened);
+    EXPECT_EQ(box.m_min, ON_3dPoint(7, 1, 9.0 - kVertexCount));
+    EXPECT_EQ(box.m_max, ON_3dPoint(kVertexCount - 9.0, 1, -7));
+}
+
 TEST(TransformOutOfMemory, AnArrayThatDoesNotGetIntoTheSetIsNotTouched) {
     std::size_t number = 0;
     const Mesh original = FullSquare();
