@@ -120,8 +120,7 @@ const Spread kSpreads[] = {
 
 class MergeSameManyValues : public ::testing::TestWithParam<Spread> {};
 
-// `distinctCount` points and copies of them, `copies` in all of each on average; in every other mesh some
-// are not used.
+// `distinctCount` points, `copies` in all of each; in every other mesh some are not used.
 Mesh ManyValues(Random& random, const Spread& spread, size_t distinctCount, size_t copies,
                 bool isAscending) {
     const auto textured = [&] { return random.Chance(50) ? spread.coordinate(random) : 0.5; };
@@ -139,8 +138,13 @@ Mesh ManyValues(Random& random, const Spread& spread, size_t distinctCount, size
     const auto normals = Normals({});
     const auto colors = Colors({});
     const auto textureUVs = UVs({});
-    for (size_t i = 0; i < distinctCount * copies; ++i) {
-        const auto& value = pool[isAscending ? i / copies : random.Below(distinctCount)];
+    std::vector<size_t> order;
+    for (size_t i = 0; i < distinctCount * copies; ++i)
+        order.push_back(i / copies);
+    for (size_t i = order.size(); !isAscending && i > 1; --i)
+        std::swap(order[i - 1], order[random.Below(i)]);
+    for (const size_t place : order) {
+        const auto& value = pool[place];
         vertices->push_back(value.first);
         textureUVs->push_back(value.second);
         normals->push_back(value.first);
