@@ -66,6 +66,32 @@ void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
     operator delete(memory);
 }
 
+// The forms below call those above in any case, but for the sanitizers, which have each form themselves.
+
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return operator new(size, std::nothrow);
+}
+
+void operator delete[](void* memory) noexcept {
+    operator delete(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
+    operator delete(memory);
+}
+
 namespace Vr::test {
 
 std::size_t LiveAllocations() {
