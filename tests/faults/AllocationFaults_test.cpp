@@ -1,6 +1,6 @@
-// What every operation, storing and loading leave when memory is short: each allocation fails in turn,
-// once and from then on. Afterwards nothing has leaked, the mesh can be used and released, and the
-// next attempt gives what the first would have given.
+// What every operation, duplicating, storing and loading leave when memory is short: each allocation
+// fails in turn, once and from then on. Afterwards nothing has leaked, the mesh can be used and
+// released, and the next attempt gives what the first would have given.
 
 #include <gtest/gtest.h>
 
@@ -23,6 +23,7 @@ namespace {
 
 using namespace Vr::test;
 using Vr::VraMeshPrimitive;
+using Vr::VruDuplicateMap;
 
 using Fails = FailAllocation::Fails;
 
@@ -59,6 +60,24 @@ const std::vector<Operation>& Operations() {
              mesh->SetDataAsBox(ON_BoundingBox(ON_3dPoint(0, 0, 0), ON_3dPoint(1, 2, 3)));
          },
          false},
+        {"SetDataAsCone",
+         [](const Mesh& mesh) {
+             mesh->SetDataAsCone(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 2), 1.0, 5);
+         },
+         false},
+        {"SetDataAsCylinder",
+         [](const Mesh& mesh) {
+             mesh->SetDataAsCylinder(ON_3dPoint(0, 0, 0), ON_3dPoint(0, 0, 2), 1.0, 5);
+         },
+         false},
+        {"Measures",
+         [](const Mesh& mesh) {
+             ON_BoundingBox box;
+             mesh->CalcBoundingBox(box);
+             mesh->CalcVolume(ON_3dPoint(1, 2, 3));
+             mesh->GetTriangleArea(0);
+         },
+         true},
         {"CreateNormalPerTriangle", [](const Mesh& mesh) { mesh->CreateNormalPerTriangle(); },
          true},
         {"CreateNormalPerVertex", [](const Mesh& mesh) { mesh->CreateNormalPerVertex(); }, true},
@@ -71,9 +90,11 @@ const std::vector<Operation>& Operations() {
         {"Transform",
          [](const Mesh& mesh) {
              std::set<void*> done;
-             mesh->Transform(ON_Xform(1.0), done);
+             mesh->Transform(ON_Xform(2.0), done);
          },
-         true},
+         false},
+        {"Scale", [](const Mesh& mesh) { mesh->Scale(2.0); }, false},
+        {"ReverseFaces", [](const Mesh& mesh) { mesh->ReverseFaces(true); }, false},
         {"MergeSameData", [](const Mesh& mesh) { mesh->MergeSameData(); }, false},
         {"RemoveDegenerateMesh", [](const Mesh& mesh) { mesh->RemoveDegenerateMesh(); }, true},
         {"DeleteFacetFaces",
@@ -90,6 +111,13 @@ const std::vector<Operation>& Operations() {
          },
          true},
         {"Duplicate", [](const Mesh& mesh) { mesh->Duplicate(); }, true},
+        {"ShallowCopy", [](const Mesh& mesh) { mesh->ShallowCopy(NewPrimitive()); }, true},
+        {"DeepCopy",
+         [](const Mesh& mesh) {
+             VruDuplicateMap map;
+             mesh->DeepCopy(NewPrimitive(), map);
+         },
+         true},
     };
     return kOperations;
 }
@@ -149,6 +177,45 @@ bool Throws(const Code& code) {
     } catch (const std::exception&) {
     }
     return true;
+}
+
+TEST(DocumentFaults, DuplicatingFailsWithoutATraceAndSucceedsLater) {
+    const std::vector<Mesh> document = FaultDocument();
+    const auto duplicate = [&] {
+        VruDuplicateMap map;
+        std::vector<Mesh> duplicates;
+        duplicates.reserve(document.size());
+        for (const Mesh& mesh : document)
+            duplicates.push_back(mesh ? mesh->Duplicate(map) : nullptr);
+        return duplicates;
+    };
+    // What the test framework keeps for messages is there after this.
+    ExpectSameDocument(document, FaultDocument());
+    for (const Fails fails : {Fails::kOnce, Fails::kFromThenOn}) {
+        bool hasHappened = true;
+        for (std::size_t number = 1; hasHappened; ++number) {
+            const std::size_t before = LiveAllocations();
+            Caught caught;
+            {
+                std::vector<Mesh> duplicates;
+                {
+                    const FailAllocation failure(number, fails);
+                    caught = CaughtFrom([&] { duplicates = duplicate(); });
+                    hasHappened = failure.HasHappened();
+                }
+                ASSERT_EQ(duplicates.empty(), hasHappened);
+                duplicates = duplicate();
+                // UVs are never copied.
+                duplicates[0]->SetUVArray(document[0]->GetModifiableUVArray());
+                ExpectSameDocument(duplicates, document);
+            }
+            const std::size_t after = LiveAllocations();
+            SCOPED_TRACE("allocation " + std::to_string(number));
+            ASSERT_EQ(caught, hasHappened ? BadAlloc() : Nothing());
+            ASSERT_EQ(after, before);
+        }
+    }
+    ExpectSameDocument(document, FaultDocument());
 }
 
 TEST(DocumentFaults, StoringFailsWithoutATraceAndSucceedsLater) {

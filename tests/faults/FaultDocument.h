@@ -73,4 +73,23 @@ inline std::vector<Mesh> LoadFrom(CFile& file, std::size_t count) {
     return document;
 }
 
+/// Loads so many objects and stores each at once, as a host does that copies a document.
+inline void CopyObjects(CFile& source, CFile& target, std::size_t count) {
+    VrmArchive from(&source, CArchive::load, 128);
+    VrmArchive to(&target, CArchive::store, 128);
+    std::vector<Mesh> loaded;  // all of them live on, so that none gets the address of another
+    try {
+        while (loaded.size() < count) {
+            VraMeshPrimitive* mesh = nullptr;
+            from >> mesh;
+            loaded.emplace_back(mesh);
+            to.WriteObject(mesh);
+        }
+        to.Close();
+    } catch (...) {
+        to.Abort();
+        throw;
+    }
+}
+
 }  // namespace Vr::test

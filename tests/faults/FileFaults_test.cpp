@@ -144,6 +144,46 @@ TEST_P(LoadingFaults, ReachTheCallerAndTheNextAttemptSucceeds) {
     EXPECT_GE(failed, 1u);
 }
 
+class CopyingFaults : public ::testing::TestWithParam<FileFault> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    EachCall, CopyingFaults,
+    ::testing::Values(FileFault{"ReadErrorOnce", Read<kHardIO, Fails::kOnce>,
+                                &MemoryFile::ReadCalls, FileException(kHardIO)},
+                      FileFault{"ReadErrorFromThenOn", Read<kHardIO, Fails::kFromThenOn>,
+                                &MemoryFile::ReadCalls, FileException(kHardIO)},
+                      FileFault{"DiskFullOnce", Write<kDiskFull, Fails::kOnce>,
+                                &MemoryFile::WriteCalls, FileException(kDiskFull)},
+                      FileFault{"DiskFullFromThenOn", Write<kDiskFull, Fails::kFromThenOn>,
+                                &MemoryFile::WriteCalls, FileException(kDiskFull)},
+                      FileFault{"WriteErrorOnce", Write<kHardIO, Fails::kOnce>,
+                                &MemoryFile::WriteCalls, FileException(kHardIO)}),
+    NameOf);
+
+TEST_P(CopyingFaults, ReachTheCallerAndTheNextAttemptSucceeds) {
+    const FileFault& fault = GetParam();
+    const std::vector<Mesh> document = FaultDocument();
+    MemoryFile good;
+    StoreInto(good, document);
+    const std::size_t failed = FailEachCall([&](std::size_t call) {
+        const CreatedMeshes created;
+        MemoryFile source(good.Bytes());
+        MemoryFile target;
+        fault.arrange(source, call);
+        fault.arrange(target, call);
+        const Caught caught = CaughtFrom([&] { CopyObjects(source, target, document.size()); });
+        const bool wasMet = (source.*fault.callsOf)() >= call || (target.*fault.callsOf)() >= call;
+        EXPECT_EQ(caught, wasMet ? fault.expected : Nothing()) << "call " << call;
+        EXPECT_EQ(source.Bytes(), good.Bytes());
+        MemoryFile again(good.Bytes());
+        MemoryFile copy;
+        CopyObjects(again, copy, document.size());
+        EXPECT_EQ(copy.Bytes(), good.Bytes());
+        return wasMet;
+    });
+    EXPECT_GE(failed, 1u);
+}
+
 // A short read is the end of the file, by the contract of `CFile::Read`.
 TEST(LoadingFaults, AFileThatEndsEarlyAnywhereIsNoticed) {
     const std::vector<Mesh> document = FaultDocument();

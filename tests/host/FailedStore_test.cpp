@@ -42,6 +42,20 @@ TEST_F(FailedStore, ADiskThatFillsUpWithTheLastByteIsNoticed) {
     ExpectSuccess(RunHost({"copy", Path("box.vrd"), Path("new.vrd")}, WithFileSizeLimit(length)));
 }
 
+TEST_F(FailedStore, ADiskThatFillsUpAnywhereLeavesTheOldDocument) {
+    StoreDocument("box.vrd", {UnitBox()});
+    Write("old.vrd", "the old document");
+    const Bytes before = Read("old.vrd");
+    const size_t length = Read("box.vrd").size();
+    for (size_t limit = 0; limit < length; limit += 41) {
+        SCOPED_TRACE(limit);
+        ExpectFailure(RunHost({"copy", Path("box.vrd"), Path("old.vrd")}, WithFileSizeLimit(limit)),
+                      Path("old.vrd"), kDiskFull);
+        ASSERT_EQ(Read("old.vrd"), before);
+        ASSERT_THAT(Names(), ElementsAre("box.vrd", "old.vrd"));
+    }
+}
+
 TEST_F(FailedStore, AMissingFolder) {
     StoreDocument("box.vrd", {UnitBox()});
     ExpectFailure(RunHost({"copy", Path("box.vrd"), Path("nowhere/new.vrd")}),
