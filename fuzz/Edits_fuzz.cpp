@@ -5,6 +5,7 @@
 // edit of shared vertices does to the other.
 
 #include <memory>
+#include <numeric>
 #include <set>
 #include <string>
 #include <utility>
@@ -111,17 +112,44 @@ void Transform(Choices& choices, const Twins& twins) {
 
 void CreateNormals(Choices& choices, const Mesh& actual, const Mesh& expected) {
     const double angle = static_cast<double>(choices.Take<std::int8_t>()) / 40.0;
+    const bool isByAngle = choices.Below(2) == 1;
     actual->SetCreaseAngle(angle);
     expected->SetCreaseAngle(angle);
+    VraMeshPrimitive::SetVertexNormalWeightType(isByAngle ? VraMeshPrimitive::Angle
+                                                          : VraMeshPrimitive::Area);
     Require(actual->CreateNormalPerVertex(), "the answer of making normals");
     const auto vertices = expected->GetVertexArray();
     const auto triangles = expected->GetVertexIndexArray();
     if (!vertices || !triangles)
         return;
-    VertexNormals normals = CreateNormalOracle(*vertices, *triangles, angle, 0).Compute();
+    VertexNormals normals =
+        CreateNormalOracle(*vertices, *triangles, angle, isByAngle ? 1 : 0).Compute();
     expected->SetNormalArray(
         std::make_shared<VraMeshPrimitive::NormalArray>(std::move(normals.normals)));
     expected->SetNormalIndexArray(std::make_shared<IndexArray>(std::move(normals.indices)));
+}
+
+void CreateFaceNormals(const Mesh& actual, const Mesh& expected) {
+    Require(actual->CreateNormalPerTriangle(), "the answer of making normals");
+    const auto vertices = expected->GetVertexArray();
+    const auto triangles = expected->GetVertexIndexArray();
+    if (!vertices || !triangles)
+        return;
+    auto normals = TriangleNormalsByDefinition(*vertices, *triangles);
+    std::vector<std::size_t> numbers(triangles->size());
+    std::iota(numbers.begin(), numbers.end(), std::size_t{0});
+    expected->SetNormalArray(std::make_shared<VraMeshPrimitive::NormalArray>(std::move(normals)));
+    expected->SetNormalIndexArray(std::make_shared<IndexArray>(std::move(numbers)));
+}
+
+void Scale(Choices& choices, const Mesh& actual, const Mesh& expected) {
+    const double factor = static_cast<double>(choices.Take<std::int8_t>()) / 16.0;
+    const auto vertices = expected->GetModifiableVertexArray();
+    Require(actual->Scale(factor), "the answer of scaling");
+    if (!vertices)
+        return;
+    for (ON_3dPoint& vertex : *vertices)
+        vertex = ON_3dPoint(vertex.x * factor, vertex.y * factor, vertex.z * factor);
 }
 
 void FindFreeEdges(const Mesh& actual, const Mesh& expected) {
@@ -168,7 +196,7 @@ void Edit(Choices& choices, Twins& twins) {
     const std::size_t number = choices.Below(2);
     const Mesh& actual = twins.actual[number];
     const Mesh& expected = twins.expected[number];
-    switch (choices.Take<std::uint8_t>() % 11) {
+    switch (choices.Take<std::uint8_t>() % 13) {
         case 0:
             return DeleteFaces(choices, actual, expected);
         case 1:
@@ -192,6 +220,10 @@ void Edit(Choices& choices, Twins& twins) {
             return FindFreeEdges(actual, expected);
         case 9:
             return MergeBoth(twins);
+        case 10:
+            return CreateFaceNormals(actual, expected);
+        case 11:
+            return Scale(choices, actual, expected);
         default:
             return StoreAndLoad(twins);
     }

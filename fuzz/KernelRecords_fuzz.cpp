@@ -1,6 +1,6 @@
 // Any bytes as a record of a kernel object, or as the bare fields of a material: reading ends, and what
 // it hands out can be evaluated, copied, stored and read again. A record that the check calls safe loads
-// as a curve or as none, and ends where the check says; so does a material.
+// as what it was checked for or as none, and ends where the check says; so does a material.
 
 #include <opennurbs.h>
 
@@ -84,21 +84,23 @@ void LoadMaterialAsChecked(const Bytes& bytes) {
         Vr::fuzz::Fail("a checked material ends elsewhere");
 }
 
-void LoadAsChecked(const Bytes& bytes) {
+// As a curve or as a surface; `check` is the step for it.
+template <class Geometry>
+void LoadAsChecked(const Bytes& bytes, Vr::CheckedObject (Vr::CheckStream::*check)()) {
     using Vr::operator&;
     Vr::CheckStream stream(bytes.data(), bytes.size());
-    stream.Curve();
+    (stream.*check)();
     if (!stream.Result().IsSafe())
         return;
     Vr::test::MemoryFile file(bytes);
     CArchive archive(&file, CArchive::load);
-    std::shared_ptr<ON_Curve> curve;
-    archive& curve;
+    std::shared_ptr<Geometry> object;
+    archive& object;
     archive.Close();
     if (file.GetPosition() != stream.Position())
         Vr::fuzz::Fail("a checked record ends elsewhere");
-    if (curve && !ON_Curve::Cast(static_cast<ON_Object*>(curve.get())))
-        Vr::fuzz::Fail("a checked record is no curve");
+    if (object && !Geometry::Cast(static_cast<ON_Object*>(object.get())))
+        Vr::fuzz::Fail("a checked record is of another class");
 }
 
 }  // namespace
@@ -112,7 +114,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t byteCount) {
         LoadMaterialAsChecked(record);
         return 0;
     }
-    LoadAsChecked(record);
+    LoadAsChecked<ON_Curve>(record, &Vr::CheckStream::Curve);
+    LoadAsChecked<ON_Surface>(record, &Vr::CheckStream::Surface);
     const int version = bytes[0] % 4 == 2 ? 50 : 0;
     const std::unique_ptr<ON_Object> object = ReadRecord(record, version);
     if (object) {

@@ -11,6 +11,19 @@
 
 namespace Vr::test {
 
+/// The unit normal of each triangle; zero where there is none.
+inline std::vector<ON_3dVector> TriangleNormalsByDefinition(
+    const std::vector<ON_3dPoint>& vertices,
+    const std::vector<VraMeshPrimitive::TriangleIndex>& triangles) {
+    std::vector<ON_3dVector> normals;
+    for (const auto& triangle : triangles) {
+        const ON_3dPoint& p1 = vertices[triangle[1]];
+        normals.push_back(ON_CrossProduct(vertices[triangle[0]] - p1, p1 - vertices[triangle[2]]));
+        normals.back().Unitize();
+    }
+    return normals;
+}
+
 struct VertexNormals {
     std::vector<ON_3dVector> normals;
     std::vector<VraMeshPrimitive::TriangleIndex> indices;

@@ -158,14 +158,15 @@ TEST(CheckRecord, ACutHeaderIsTheEndOfTheStream) {
 #if defined(VERIDANE_OPENNURBS_API)  // the embedded kernel, which takes any bytes
 
 // Loads what was checked, and the value behind it.
+template <class Geometry>
 void ExpectLoadedAsChecked(const Bytes& bytes, const CheckStream& stream, CheckedObject checked) {
     using Vr::operator&;
     MemoryFile file(bytes);
     CArchive archive(&file, CArchive::load);
-    std::shared_ptr<ON_Curve> curve;
-    archive& curve;
-    ASSERT_TRUE(checked == CheckedObject::New || curve == nullptr);
-    ASSERT_TRUE(!curve || ON_Curve::Cast(static_cast<ON_Object*>(curve.get())));
+    std::shared_ptr<Geometry> object;
+    archive& object;
+    ASSERT_TRUE(checked == CheckedObject::New || object == nullptr);
+    ASSERT_TRUE(!object || Geometry::Cast(static_cast<ON_Object*>(object.get())));
     BYTE behind = 0;
     ASSERT_EQ(CaughtFrom([&] { archive >> behind; }), Nothing());
     ASSERT_EQ(behind, bytes[static_cast<std::size_t>(stream.Position())]);
@@ -173,27 +174,45 @@ void ExpectLoadedAsChecked(const Bytes& bytes, const CheckStream& stream, Checke
     ASSERT_EQ(file.GetPosition(), stream.Position() + 1);
 }
 
-TEST(CheckRecord, WhateverBitIsFlippedASafeRecordLoadsAndEndsWhereTheCheckDid) {
-    Bytes bytes = StraightCurve().Bytes();
+// Flips each bit of a record, behind which other bytes follow; returns how many of the damaged ones are
+// safe.
+template <class Geometry>
+std::size_t SafeWithABitFlipped(const Bytes& record, CheckedObject (CheckStream::*check)()) {
+    Bytes bytes = record;
     bytes.insert(bytes.end(), 100, 0x5A);
     std::size_t safeCount = 0;
-    for (std::size_t bit = 0; bit < 8 * 201; ++bit) {
+    for (std::size_t bit = 0; bit < 8 * record.size(); ++bit) {
         SCOPED_TRACE("bit " + std::to_string(bit));
         const auto mask = static_cast<BYTE>(1u << bit % 8);
         bytes[bit / 8] ^= mask;
         CheckStream stream(bytes.data(), bytes.size());
-        const CheckedObject checked = stream.Curve();
+        const CheckedObject checked = (stream.*check)();
         if (stream.Result().IsSafe()) {
             ++safeCount;
-            ASSERT_NE(checked, CheckedObject::None);
-            ExpectLoadedAsChecked(bytes, stream, checked);
-            if (HasFatalFailure())
-                return;
+            EXPECT_NE(checked, CheckedObject::None);
+            ExpectLoadedAsChecked<Geometry>(bytes, stream, checked);
+            if (::testing::Test::HasFailure())
+                break;
         }
         bytes[bit / 8] ^= mask;
     }
+    return safeCount;
+}
+
+TEST(CheckRecord, WhateverBitIsFlippedASafeCurveLoadsAndEndsWhereTheCheckDid) {
+    const Bytes record = StraightCurve().Bytes();
+    ASSERT_EQ(record.size(), 201u);
+    const std::size_t safeCount = SafeWithABitFlipped<ON_Curve>(record, &CheckStream::Curve);
     EXPECT_GT(safeCount, 8u * 149) << "whatever the class has stored";
     EXPECT_LT(safeCount, 8u * 201 - 100);
+}
+
+TEST(CheckRecord, WhateverBitIsFlippedASafeSurfaceLoadsAndEndsWhereTheCheckDid) {
+    const Bytes record = WeightedSurface().Bytes();
+    const std::size_t safeCount = SafeWithABitFlipped<ON_Surface>(record, &CheckStream::Surface);
+    // The frame around what the class has stored is as long as the curve's: 52 bytes.
+    EXPECT_GT(safeCount, 8 * (record.size() - 52));
+    EXPECT_LT(safeCount, 8 * record.size() - 100);
 }
 
 #endif
