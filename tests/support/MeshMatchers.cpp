@@ -71,13 +71,29 @@ Words DescribeHandle(const Handle& handle) {
     return handle ? Describe(*handle) : Words();
 }
 
-std::array<Words, kRoleCount> DescribeAll(const VraMeshPrimitive& mesh) {
-    return {
-        DescribeHandle(mesh.GetVertexArray()),         DescribeHandle(mesh.GetNormalArray()),
-        DescribeHandle(mesh.GetColorArray()),          DescribeHandle(mesh.GetVertexIndexArray()),
-        DescribeHandle(mesh.GetNormalIndexArray()),    DescribeHandle(mesh.GetColorIndexArray()),
-        DescribeHandle(mesh.GetTextureUVIndexArray()), DescribeHandle(mesh.GetUVArray()),
-        DescribeHandle(mesh.GetTextureUVArray())};
+Words Describe(const VraMeshPrimitive& mesh, Role role) {
+    switch (role) {
+        case kVertices:
+            return DescribeHandle(mesh.GetVertexArray());
+        case kNormals:
+            return DescribeHandle(mesh.GetNormalArray());
+        case kColors:
+            return DescribeHandle(mesh.GetColorArray());
+        case kVertexIndices:
+            return DescribeHandle(mesh.GetVertexIndexArray());
+        case kNormalIndices:
+            return DescribeHandle(mesh.GetNormalIndexArray());
+        case kColorIndices:
+            return DescribeHandle(mesh.GetColorIndexArray());
+        case kTextureUVIndices:
+            return DescribeHandle(mesh.GetTextureUVIndexArray());
+        case kUVs:
+            return DescribeHandle(mesh.GetUVArray());
+        case kTextureUVs:
+            return DescribeHandle(mesh.GetTextureUVArray());
+        default:
+            throw std::invalid_argument("no role");
+    }
 }
 
 std::string Shape(const Words& words) {
@@ -151,15 +167,17 @@ AssertionResult AreBitEqual(const VraMeshPrimitive& actual, const VraMeshPrimiti
     if (const AssertionResult crease = SameBits(actual.GetCreaseAngle(), expected.GetCreaseAngle());
         !crease)
         return AssertionFailure() << "crease angle: " << crease.message();
-    const auto actualArrays = DescribeAll(actual);
-    const auto expectedArrays = DescribeAll(expected);
     for (std::size_t role = 0; role < kRoleCount; ++role) {
-        const AssertionResult array =
-            SameWords(NameOf(static_cast<Role>(role)), actualArrays[role], expectedArrays[role]);
+        const AssertionResult array = AreBitEqual(actual, expected, static_cast<Role>(role));
         if (!array)
             return array;
     }
     return AssertionSuccess();
+}
+
+AssertionResult AreBitEqual(const VraMeshPrimitive& actual, const VraMeshPrimitive& expected,
+                            Role role) {
+    return SameWords(NameOf(role), Describe(actual, role), Describe(expected, role));
 }
 
 AssertionResult ShareAlike(const VraMeshPrimitive& actual, const VraMeshPrimitive& expected) {

@@ -41,6 +41,9 @@ ArrayAddresses AddressesOf(const VraMeshPrimitive& mesh);
 /// array differs from an empty one, an index array's form counts. Sharing does not count.
 ::testing::AssertionResult AreBitEqual(const VraMeshPrimitive& actual,
                                        const VraMeshPrimitive& expected);
+/// The same of a single role.
+::testing::AssertionResult AreBitEqual(const VraMeshPrimitive& actual,
+                                       const VraMeshPrimitive& expected, Role role);
 /// Whether the roles that share an array among themselves are the same in both.
 ::testing::AssertionResult ShareAlike(const VraMeshPrimitive& actual,
                                       const VraMeshPrimitive& expected);
