@@ -19,6 +19,7 @@
 
 #include "FaultDocument.h"
 #include "mesh/VruDuplicateMap.h"
+#include "serialize/CheckStream.h"
 #include "support/Caught.h"
 #include "support/FailingAllocation.h"
 #include "support/MeshInvariants.h"
@@ -372,6 +373,37 @@ TEST(DocumentFaults, LoadingFailsWithoutATraceAndSucceedsLater) {
         }
         EXPECT_GE(number - 1, 3u + 2 * 12) << "three objects, twelve arrays and their contents";
         isFirstRound = false;
+    }
+}
+
+TEST(CheckFaults, ACheckShortOfMemoryEndsInBadAllocAndFindsTheSameLater) {
+    MemoryFile good;
+    StoreInto(good, FaultDocument());
+    for (const Fails fails : {Fails::kOnce, Fails::kFromThenOn}) {
+        bool hasHappened = true;
+        std::size_t number = 0;
+        while (hasHappened) {
+            ++number;
+            SCOPED_TRACE("allocation " + std::to_string(number));
+            const std::size_t before = LiveAllocations();
+            {
+                MemoryFile file(good.Bytes());
+                Caught caught;
+                bool isSafe = false;
+                {
+                    const FailAllocation failure(number, fails);
+                    caught = CaughtFrom([&] { isSafe = Vr::CheckDocument(file).IsSafe(); });
+                    hasHappened = failure.HasHappened();
+                }
+                ASSERT_EQ(caught, hasHappened ? BadAlloc() : Nothing());
+                ASSERT_EQ(isSafe, !hasHappened);
+                file.Seek(0, CFile::begin);
+                ASSERT_TRUE(Vr::CheckDocument(file).IsSafe());
+                ASSERT_EQ(file.GetPosition(), 0u);
+            }
+            ASSERT_EQ(LiveAllocations(), before);
+        }
+        EXPECT_GE(number - 1, 4u) << "the check, its piece of the file, its objects and its arrays";
     }
 }
 

@@ -56,7 +56,7 @@ std::vector<std::string> SmallRows() {
     std::vector<std::string> names;
     for (const std::string& name : DocumentNames())
         if (DocumentBytes(name).size() < kSmall && name != "values" && name != "curves" &&
-            name != "materials")
+            name != "curve_own_class" && name != "materials")
             names.push_back(name);
     return names;
 }
@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, DamagedGoldenDocument, ::testing::ValuesIn(SmallR
                          [](const auto& instance) { return instance.param; });
 
 TEST(DamagedGoldenDocuments, AreAllButOne) {
-    EXPECT_EQ(SmallRows().size() + 3, DocumentNames().size() - 1);
+    EXPECT_EQ(SmallRows().size() + 4, DocumentNames().size() - 1);
 }
 
 TEST_P(DamagedGoldenDocument, EndsInAnExceptionOrGivesObjects) {
@@ -123,6 +123,16 @@ TEST(DamagedGoldenCurves, EndInAnExceptionOrGiveObjects) {
         stream.Surface();
         stream.Skip(4);
         const Caught caught = CaughtExchanging<Curves>(damaged);
+        ASSERT_TRUE(!stream.Result().IsSafe() || caught == Nothing()) << caught;
+    });
+}
+
+TEST(DamagedGoldenCurveOfItsOwnClass, EndsInAnExceptionOrGivesAnObject) {
+    ForEachDamage(DocumentBytes("curve_own_class"), [](const Bytes& damaged) {
+        CheckStream stream(damaged.data(), damaged.size());
+        stream.Curve();
+        stream.Skip(4);
+        const Caught caught = CaughtExchanging<CurveOfItsOwnClass>(damaged);
         ASSERT_TRUE(!stream.Result().IsSafe() || caught == Nothing()) << caught;
     });
 }

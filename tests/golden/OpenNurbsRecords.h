@@ -110,6 +110,24 @@ inline ByteScript WeightedSurface() {
         .Append(EndOfRecord());
 }
 
+/// A line from (0, 0, 0) to (3, 4, 0), as a record of its own class, with a domain that begins at 0;
+/// the CRC depends on its end: 125 bytes.
+inline ByteScript LineRecord(double domainEnd, std::string_view crc) {
+    return RecordOf("dbd4d74e 47e9 d311 bfe5 0010830122f0", "f49be923", 117, 73)
+        .OneByte(0x10, "version 1.0")
+        .Double(0.0, "from x")
+        .Double(0.0, "from y")
+        .Double(0.0, "from z")
+        .Double(3.0, "to x")
+        .Double(4.0, "to y")
+        .Double(0.0, "to z")
+        .Double(0.0, "domain begin")
+        .Double(domainEnd, "domain end")
+        .Dword(3, "dimension")
+        .Hex(crc, "CRC of the class data")
+        .Append(EndOfRecord());
+}
+
 /// The record of an empty handle: 36 bytes.
 inline ByteScript NoObject() {
     return ByteScript()

@@ -114,6 +114,11 @@ ByteScript Curves() {
         .Dword(0x00001267, "a number of the host's: 4711");
 }
 
+// A line with an empty domain has no NURBS form.
+ByteScript CurveOfItsOwnClass() {
+    return LineRecord(0.0, "e43d41b7").Dword(0x00001267, "a number of the host's: 4711");
+}
+
 ByteScript Materials() {
     return OakMaterial()
         .Append(MeshClass())
@@ -134,7 +139,10 @@ std::vector<Document> ForeignDocuments() {
 }
 
 std::vector<Document> ValueDocuments() {
-    return {{"values", Values()}, {"curves", Curves()}, {"materials", Materials()}};
+    return {{"values", Values()},
+            {"curves", Curves()},
+            {"curve_own_class", CurveOfItsOwnClass()},
+            {"materials", Materials()}};
 }
 
 std::vector<Document> AllDocuments() {

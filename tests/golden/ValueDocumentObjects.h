@@ -35,6 +35,11 @@ struct Curves {
     LONG number = 0;
 };
 
+struct CurveOfItsOwnClass {
+    std::shared_ptr<ON_Curve> curve;
+    LONG number = 0;
+};
+
 struct Materials {
     std::shared_ptr<ON_Material> oak = std::make_shared<ON_Material>();
     test::Mesh mesh;
@@ -88,6 +93,11 @@ inline void Exchange(VrmArchive& archive, Curves& curves) {
     Exchange(archive, curves.meshAgain);
     ExchangeObject(archive, curves.noSurface);
     Exchange(archive, curves.number);
+}
+
+inline void Exchange(VrmArchive& archive, CurveOfItsOwnClass& document) {
+    ExchangeObject(archive, document.curve);
+    Exchange(archive, document.number);
 }
 
 inline void Exchange(VrmArchive& archive, Materials& materials) {

@@ -122,6 +122,33 @@ TEST(GoldenCurves, AreSafe) {
     EXPECT_EQ(stream.Result().findingCount, 0u);
 }
 
+TEST(GoldenCurveOfItsOwnClass, LoadsAsStatedAndIsStoredAgainByteForByte) {
+    const Bytes bytes = DocumentBytes("curve_own_class");
+    LoadedFrom stream(bytes);
+    CurveOfItsOwnClass document;
+    Exchange(stream.archive, document);
+    stream.archive.Close();
+    EXPECT_EQ(stream.file.GetPosition(), bytes.size());
+    ASSERT_NE(document.curve, nullptr);
+    ASSERT_STREQ(document.curve->ClassId()->ClassName(), "ON_LineCurve");
+    const auto& line = static_cast<const ON_LineCurve&>(*document.curve);
+    EXPECT_EQ(line.m_line.from, ON_3dPoint(0, 0, 0));
+    EXPECT_EQ(line.m_line.to, ON_3dPoint(3, 4, 0));
+    EXPECT_EQ(line.m_t, ON_Interval(0, 0));
+    EXPECT_EQ(line.m_dim, 3);
+    EXPECT_EQ(document.number, kHostNumber);
+    EXPECT_EQ(BytesOf([&](Vr::VrmArchive& archive) { Exchange(archive, document); }), bytes);
+}
+
+TEST(GoldenCurveOfItsOwnClass, IsSafe) {
+    const Bytes bytes = DocumentBytes("curve_own_class");
+    CheckStream stream(bytes.data(), bytes.size());
+    EXPECT_EQ(stream.Curve(), CheckedObject::New);
+    EXPECT_TRUE(stream.Skip(4));
+    EXPECT_EQ(stream.Remaining(), 0u);
+    EXPECT_EQ(stream.Result().findingCount, 0u);
+}
+
 // ---- materials ---------------------------------------------------------------------------------
 
 TEST(GoldenMaterials, LoadAsStated) {

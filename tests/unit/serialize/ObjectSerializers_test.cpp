@@ -161,20 +161,7 @@ TEST(CurveSerializer, ALineIsStoredAsItsNurbsFormUpToVersion4AndAsALineLater) {
 }
 
 TEST(CurveSerializer, ALineRecordOfItsOwnClassIsLoadedByEveryKernel) {
-    // from, to, domain and dimension of the line from (0, 0, 0) to (3, 4, 0) over [0, 5]
-    const ByteScript record = RecordOf("dbd4d74e 47e9 d311 bfe5 0010830122f0", "f49be923", 117, 73)
-                                  .OneByte(0x10, "version 1.0")
-                                  .Double(0.0, "from x")
-                                  .Double(0.0, "from y")
-                                  .Double(0.0, "from z")
-                                  .Double(3.0, "to x")
-                                  .Double(4.0, "to y")
-                                  .Double(0.0, "to z")
-                                  .Double(0.0, "domain begin")
-                                  .Double(5.0, "domain end")
-                                  .Dword(3, "dimension")
-                                  .Hex("2025f577", "CRC of the class data")
-                                  .Append(EndOfRecord());
+    const ByteScript record = LineRecord(5.0, "2025f577");
     Curve curve;
     EXPECT_EQ(Load(record.Bytes(), curve), 125u);
     ASSERT_EQ(ClassOf(curve), "ON_LineCurve");
