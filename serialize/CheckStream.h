@@ -22,8 +22,8 @@ enum class CheckSeverity : int {
     Note = 1,        ///< Loads as the format says, but this library would have stored it otherwise.
     Suspicious = 2,  ///< Loads, but who works on the object may read or write outside an array.
     Invalid = 3,     ///< Loading ends in an exception.
-    Unsafe = 4       ///< Loading may read or write outside an array or take what memory there is,
-                     ///< or cannot be judged.
+    Unsafe = 4       ///< What is loaded is not of its type, or loading takes what memory there is or
+                     ///< cannot be judged.
 };
 
 /// What a check can find. The numbers are stable: none is given a new meaning or used again.
@@ -73,6 +73,8 @@ enum class CheckCode : int {
 [[nodiscard]] VERIDANE_MESH_API CheckSeverity SeverityOf(CheckCode code);
 
 /// Where a check gives up.
+///
+/// Nesting needs no limit: no mesh holds an object, and records that may hold others are refused.
 struct CheckLimits {
     /// Objects of their own; null and repeated ones are not counted.
     uint64_t objects = uint64_t{1} << 20;
