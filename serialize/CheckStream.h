@@ -22,8 +22,8 @@ enum class CheckSeverity : int {
     Note = 1,        ///< Loads as the format says, but this library would have stored it otherwise.
     Suspicious = 2,  ///< Loads, but who works on the object may read or write outside an array.
     Invalid = 3,     ///< Loading ends in an exception.
-    Unsafe = 4       ///< What is loaded is not of its type, or loading takes what memory there is or
-                     ///< cannot be judged.
+    Unsafe = 4  ///< What is loaded is not of its type, or loading takes what memory there is or
+                ///< cannot be judged.
 };
 
 /// What a check can find. The numbers are stable: none is given a new meaning or used again.
