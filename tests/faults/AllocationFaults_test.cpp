@@ -32,6 +32,66 @@ using Vr::VruDuplicateMap;
 
 using Fails = FailAllocation::Fails;
 
+// An attempt in which one allocation fails, alone or with all behind it.
+class Trial {
+public:
+    Trial(std::size_t number, Fails fails) : number_(number), fails_(fails) {}
+
+    template <class Code>
+    Caught CaughtFrom(const Code& code) {
+        const FailAllocation failure(number_, fails_);
+        Caught caught = Vr::test::CaughtFrom(code);
+        wasMet_ = failure.HasHappened();
+        return caught;
+    }
+    // Whether the code throws anything; needs no memory to say so.
+    template <class Code>
+    bool Throws(const Code& code) {
+        const FailAllocation failure(number_, fails_);
+        bool throws = true;
+        try {
+            code();
+            throws = false;
+        } catch (CException* exception) {
+            exception->Delete();
+        } catch (const std::exception&) {
+        }
+        wasMet_ = failure.HasHappened();
+        return throws;
+    }
+    // Whether there was such an allocation.
+    [[nodiscard]] bool WasMet() const { return wasMet_; }
+
+private:
+    std::size_t number_;
+    Fails fails_;
+    bool wasMet_ = false;
+};
+
+// Runs `attempt(trial)` with each allocation failing in turn, once and from then on, until there is none
+// left to fail; returns how many there were. No attempt leaves memory behind.
+template <class Attempt>
+std::size_t FailEachAllocation(const Attempt& attempt) {
+    std::size_t count = 0;
+    // What the platform and the test framework make only once is there after the first round.
+    bool isFirstRound = true;
+    for (const Fails fails : {Fails::kOnce, Fails::kOnce, Fails::kFromThenOn}) {
+        for (std::size_t number = 1;; ++number) {
+            SCOPED_TRACE("allocation " + std::to_string(number));
+            const std::size_t before = LiveAllocations();
+            Trial trial(number, fails);
+            attempt(trial);
+            const std::size_t after = LiveAllocations();
+            EXPECT_TRUE(after == before || isFirstRound) << after - before << " left behind";
+            if (!trial.WasMet() || ::testing::Test::HasFailure())
+                break;
+            count = number;
+        }
+        isFirstRound = false;
+    }
+    return count;
+}
+
 // What a failure leaves, by the table "What is promised" of docs/operations.md.
 enum class Leaves {
     kAsItWas,     // nothing has changed
@@ -175,43 +235,28 @@ const std::vector<Operation>& OperationsOnTheCallersThread() {
 }
 
 // Fails each allocation of the operation in turn.
-void FailEachAllocation(const Operation& operation, Mesh (*subject)()) {
+void FailOperation(const Operation& operation, Mesh (*subject)()) {
     const Mesh before = subject();
     const Mesh after = subject();
     operation.run(after);
-    for (const Fails fails : {Fails::kOnce, Fails::kFromThenOn}) {
-        bool hasHappened = true;
-        std::size_t number = 0;
-        while (hasHappened) {
-            ++number;
-            SCOPED_TRACE("allocation " + std::to_string(number));
-            const std::size_t live = LiveAllocations();
-            {
-                const Mesh mesh = subject();
-                Caught caught;
-                {
-                    const FailAllocation failure(number, fails);
-                    caught = CaughtFrom([&] { operation.run(mesh); });
-                    hasHappened = failure.HasHappened();
-                }
-                ASSERT_EQ(caught, hasHappened ? BadAlloc() : Nothing());
-                bool isDone = !hasHappened;
-                if (hasHappened) {
-                    ASSERT_TRUE(IsAsPromised(*mesh, *before, *after, operation.leaves));
-                    if (operation.leaves == Leaves::kBegun || AreBitEqual(*mesh, *before)) {
-                        operation.run(mesh);
-                        isDone = true;
-                    }
-                }
-                if (isDone)
-                    ASSERT_TRUE(AreBitEqual(*mesh, *after));
-                else  // anything may be asked of what is left, short of counting on its numbers
-                    ASSERT_NE(mesh->Duplicate(), nullptr);
+    const std::size_t count = FailEachAllocation([&](Trial& trial) {
+        const Mesh mesh = subject();
+        const Caught caught = trial.CaughtFrom([&] { operation.run(mesh); });
+        ASSERT_EQ(caught, trial.WasMet() ? BadAlloc() : Nothing());
+        bool isDone = !trial.WasMet();
+        if (!isDone) {
+            ASSERT_TRUE(IsAsPromised(*mesh, *before, *after, operation.leaves));
+            if (operation.leaves == Leaves::kBegun || AreBitEqual(*mesh, *before)) {
+                operation.run(mesh);
+                isDone = true;
             }
-            ASSERT_EQ(LiveAllocations(), live);
         }
-        EXPECT_GE(number - 1, operation.fewestAllocations);
-    }
+        if (isDone)
+            ASSERT_TRUE(AreBitEqual(*mesh, *after));
+        else  // anything may be asked of what is left, short of counting on its numbers
+            ASSERT_NE(mesh->Duplicate(), nullptr);
+    });
+    EXPECT_GE(count, operation.fewestAllocations);
 }
 
 class OperationFaults : public ::testing::TestWithParam<Operation> {};
@@ -226,7 +271,7 @@ INSTANTIATE_TEST_SUITE_P(OnThreads, OperationFaults, ::testing::ValuesIn(Operati
                          NameOfOperation);
 
 TEST_P(OperationFaults, LeaveWhatIsPromisedAndTheNextAttemptSucceeds) {
-    FailEachAllocation(GetParam(), &Subject);
+    FailOperation(GetParam(), &Subject);
 }
 
 class LargeOperationFaults : public ::testing::TestWithParam<Operation> {
@@ -246,20 +291,7 @@ INSTANTIATE_TEST_SUITE_P(OnThreads, LargeOperationFaults,
                          ::testing::ValuesIn(OperationsOnThreads()), NameOfOperation);
 
 TEST_P(LargeOperationFaults, LeaveWhatIsPromisedAndTheNextAttemptSucceeds) {
-    FailEachAllocation(GetParam(), &LargeSubject);
-}
-
-// Whether it throws anything; needs no memory to say so.
-template <class Code>
-bool Throws(const Code& code) {
-    try {
-        code();
-        return false;
-    } catch (CException* exception) {
-        exception->Delete();
-    } catch (const std::exception&) {
-    }
-    return true;
+    FailOperation(GetParam(), &LargeSubject);
 }
 
 TEST(DocumentFaults, DuplicatingFailsWithoutATraceAndSucceedsLater) {
@@ -272,35 +304,17 @@ TEST(DocumentFaults, DuplicatingFailsWithoutATraceAndSucceedsLater) {
             duplicates.push_back(mesh ? mesh->Duplicate(map) : nullptr);
         return duplicates;
     };
-    // What the test framework keeps for messages is there after this.
-    ExpectSameDocument(document, FaultDocument());
-    for (const Fails fails : {Fails::kOnce, Fails::kFromThenOn}) {
-        bool hasHappened = true;
-        std::size_t number = 0;
-        while (hasHappened) {
-            ++number;
-            const std::size_t before = LiveAllocations();
-            Caught caught;
-            {
-                std::vector<Mesh> duplicates;
-                {
-                    const FailAllocation failure(number, fails);
-                    caught = CaughtFrom([&] { duplicates = duplicate(); });
-                    hasHappened = failure.HasHappened();
-                }
-                ASSERT_EQ(duplicates.empty(), hasHappened);
-                duplicates = duplicate();
-                // UVs are never copied.
-                duplicates[0]->SetUVArray(document[0]->GetModifiableUVArray());
-                ExpectSameDocument(duplicates, document);
-            }
-            const std::size_t after = LiveAllocations();
-            SCOPED_TRACE("allocation " + std::to_string(number));
-            ASSERT_EQ(caught, hasHappened ? BadAlloc() : Nothing());
-            ASSERT_EQ(after, before);
-        }
-        EXPECT_GE(number - 1, 3u + 2 * 11) << "three objects, eleven arrays and their contents";
-    }
+    const std::size_t count = FailEachAllocation([&](Trial& trial) {
+        std::vector<Mesh> duplicates;
+        const Caught caught = trial.CaughtFrom([&] { duplicates = duplicate(); });
+        ASSERT_EQ(caught, trial.WasMet() ? BadAlloc() : Nothing());
+        ASSERT_EQ(duplicates.empty(), trial.WasMet());
+        duplicates = duplicate();
+        // UVs are never copied.
+        duplicates[0]->SetUVArray(document[0]->GetModifiableUVArray());
+        ExpectSameDocument(duplicates, document);
+    });
+    EXPECT_GE(count, 3u + 2 * 11) << "three objects, eleven arrays and their contents";
     ExpectSameDocument(document, FaultDocument());
 }
 
@@ -308,33 +322,15 @@ TEST(DocumentFaults, StoringFailsWithoutATraceAndSucceedsLater) {
     const std::vector<Mesh> document = FaultDocument();
     MemoryFile good;
     StoreInto(good, document);
-    for (const Fails fails : {Fails::kOnce, Fails::kFromThenOn}) {
-        bool hasHappened = true;
-        std::size_t number = 0;
-        while (hasHappened) {
-            ++number;
-            const std::size_t before = LiveAllocations();
-            bool hasFailed = false;
-            bool isEqual = false;
-            {
-                MemoryFile file;
-                {
-                    const FailAllocation failure(number, fails);
-                    hasFailed = Throws([&] { StoreInto(file, document); });
-                    hasHappened = failure.HasHappened();
-                }
-                MemoryFile again;
-                StoreInto(again, document);
-                isEqual = again.Bytes() == good.Bytes();
-            }
-            const std::size_t after = LiveAllocations();
-            SCOPED_TRACE("allocation " + std::to_string(number));
-            ASSERT_EQ(hasFailed, hasHappened);
-            ASSERT_TRUE(isEqual);
-            ASSERT_EQ(after, before);
-        }
-        EXPECT_GE(number - 1, 3u + 12) << "the numbers of three objects and twelve arrays";
-    }
+    const std::size_t count = FailEachAllocation([&](Trial& trial) {
+        MemoryFile file;
+        const bool hasFailed = trial.Throws([&] { StoreInto(file, document); });
+        ASSERT_EQ(hasFailed, trial.WasMet());
+        MemoryFile again;
+        StoreInto(again, document);
+        ASSERT_EQ(again.Bytes(), good.Bytes());
+    });
+    EXPECT_GE(count, 3u + 12) << "the numbers of three objects and twelve arrays";
     ExpectSameDocument(document, FaultDocument());
 }
 
@@ -342,69 +338,33 @@ TEST(DocumentFaults, LoadingFailsWithoutATraceAndSucceedsLater) {
     const std::vector<Mesh> document = FaultDocument();
     MemoryFile good;
     StoreInto(good, document);
-    // What the platform makes once, such as its exception for this case, is there after the first.
-    bool isFirstRound = true;
-    for (const Fails fails : {Fails::kOnce, Fails::kOnce, Fails::kFromThenOn}) {
-        bool hasHappened = true;
-        std::size_t number = 0;
-        while (hasHappened) {
-            ++number;
-            const std::size_t before = LiveAllocations();
-            bool hasFailed = false;
-            {
-                const CreatedMeshes created;
-                MemoryFile file(good.Bytes());
-                std::vector<Mesh> loaded;
-                {
-                    const FailAllocation failure(number, fails);
-                    hasFailed = Throws([&] { loaded = LoadFrom(file, document.size()); });
-                    hasHappened = failure.HasHappened();
-                }
-                ASSERT_EQ(loaded.empty(), hasHappened);
-                MemoryFile again(good.Bytes());
-                ExpectSameDocument(LoadFrom(again, document.size()), document);
-            }
-            const std::size_t after = LiveAllocations();
-            SCOPED_TRACE("allocation " + std::to_string(number));
-            ASSERT_EQ(hasFailed, hasHappened);
-            if (!isFirstRound) {
-                ASSERT_EQ(after, before);
-            }
-        }
-        EXPECT_GE(number - 1, 3u + 2 * 12) << "three objects, twelve arrays and their contents";
-        isFirstRound = false;
-    }
+    const std::size_t count = FailEachAllocation([&](Trial& trial) {
+        const CreatedMeshes created;
+        MemoryFile file(good.Bytes());
+        std::vector<Mesh> loaded;
+        const bool hasFailed = trial.Throws([&] { loaded = LoadFrom(file, document.size()); });
+        ASSERT_EQ(hasFailed, trial.WasMet());
+        ASSERT_EQ(loaded.empty(), trial.WasMet());
+        MemoryFile again(good.Bytes());
+        ExpectSameDocument(LoadFrom(again, document.size()), document);
+    });
+    EXPECT_GE(count, 3u + 2 * 12) << "three objects, twelve arrays and their contents";
 }
 
-TEST(CheckFaults, ACheckShortOfMemoryEndsInBadAllocAndFindsTheSameLater) {
+TEST(DocumentFaults, CheckingEndsInBadAllocAndFindsTheSameLater) {
     MemoryFile good;
     StoreInto(good, FaultDocument());
-    for (const Fails fails : {Fails::kOnce, Fails::kFromThenOn}) {
-        bool hasHappened = true;
-        std::size_t number = 0;
-        while (hasHappened) {
-            ++number;
-            SCOPED_TRACE("allocation " + std::to_string(number));
-            const std::size_t before = LiveAllocations();
-            {
-                MemoryFile file(good.Bytes());
-                Caught caught;
-                bool isSafe = false;
-                {
-                    const FailAllocation failure(number, fails);
-                    caught = CaughtFrom([&] { isSafe = Vr::CheckDocument(file).IsSafe(); });
-                    hasHappened = failure.HasHappened();
-                }
-                ASSERT_EQ(caught, hasHappened ? BadAlloc() : Nothing());
-                ASSERT_EQ(isSafe, !hasHappened);
-                file.Seek(0, CFile::begin);
-                ASSERT_TRUE(Vr::CheckDocument(file).IsSafe());
-                ASSERT_EQ(file.GetPosition(), 0u);
-            }
-            ASSERT_EQ(LiveAllocations(), before);
-        }
-        EXPECT_GE(number - 1, 4u) << "the check, its piece of the file, its objects and its arrays";
-    }
+    const std::size_t count = FailEachAllocation([&](Trial& trial) {
+        MemoryFile file(good.Bytes());
+        bool isSafe = false;
+        const Caught caught = trial.CaughtFrom([&] { isSafe = Vr::CheckDocument(file).IsSafe(); });
+        ASSERT_EQ(caught, trial.WasMet() ? BadAlloc() : Nothing());
+        ASSERT_EQ(isSafe, !trial.WasMet());
+        file.Seek(0, CFile::begin);
+        ASSERT_TRUE(Vr::CheckDocument(file).IsSafe());
+        ASSERT_EQ(file.GetPosition(), 0u);
+    });
+    EXPECT_GE(count, 4u) << "the check, its piece of the file, its objects and its arrays";
 }
 
 }  // namespace
