@@ -97,8 +97,8 @@ struct CheckReport {
         findings;               ///< In the order of the stream, as many as the limit allows.
     uint64_t findingCount = 0;  ///< Including those that were not kept.
     uint64_t readCount = 0;     ///< `ReadObject` calls that the stream has an answer for.
-    uint64_t objectCount = 0;   ///< Objects of their own among them.
-    uint64_t arrayCount = 0;    ///< Arrays with content of their own.
+    uint64_t objectCount = 0;   ///< Objects of their own, also one that breaks off.
+    uint64_t arrayCount = 0;    ///< Arrays with content of their own, also one that breaks off.
     CheckSeverity worst = CheckSeverity::Note;  ///< Of all findings, also those not kept.
 
     /// Returns whether nothing but notes was found: loading succeeds then, and every operation on a

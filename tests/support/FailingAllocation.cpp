@@ -1,5 +1,7 @@
 #include "support/FailingAllocation.h"
 
+#include <malloc.h>
+
 #include <atomic>
 #include <cstdlib>
 #include <limits>
@@ -15,6 +17,15 @@ std::atomic<bool> failsFromThenOn{false};
 std::atomic<bool> hasHappened{false};
 constexpr std::size_t kNoLimit = (std::numeric_limits<std::size_t>::max)();
 std::atomic<std::size_t> largestSize{kNoLimit};
+std::atomic<std::size_t> liveBytes{0};
+std::atomic<std::size_t> peakBytes{0};
+
+void CountBytes(void* memory) {
+    const std::size_t now = liveBytes += malloc_usable_size(memory);
+    std::size_t peak = peakBytes;
+    while (peak < now && !peakBytes.compare_exchange_weak(peak, now)) {
+    }
+}
 
 bool IsToFail(std::size_t number, std::size_t size) {
     const std::size_t failing = failingNumber;
@@ -33,6 +44,7 @@ void* Counted(std::size_t size, const Allocate& allocate) {
         throw std::bad_alloc();
     }
     ++liveCount;
+    CountBytes(memory);
     return memory;
 }
 
@@ -49,8 +61,10 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
 }
 
 void operator delete(void* memory) noexcept {
-    if (memory != nullptr)
+    if (memory != nullptr) {
         --liveCount;
+        liveBytes -= malloc_usable_size(memory);
+    }
     std::free(memory);
 }
 
@@ -114,6 +128,14 @@ FailAllocation::~FailAllocation() {
 
 bool FailAllocation::HasHappened() const {
     return hasHappened;
+}
+
+MeasureAllocation::MeasureAllocation() : before_(liveBytes) {
+    peakBytes = before_;
+}
+
+std::size_t MeasureAllocation::PeakBytes() const {
+    return peakBytes - before_;
 }
 
 LimitAllocation::LimitAllocation(std::size_t largest) {

@@ -1,4 +1,4 @@
-/// Makes `operator new` fail on purpose and counts what it handed out.
+/// Makes `operator new` fail on purpose and counts what it hands out.
 ///
 /// The functions are replaced for the whole program by FailingAllocation.cpp: add that file to the
 /// executables that need it, and to no other. On Windows a module keeps its own `operator new`.
@@ -32,6 +32,20 @@ public:
 
     /// Whether an allocation has failed yet.
     bool HasHappened() const;
+};
+
+/// Measures how much memory is in use at a time since this object was made.
+class MeasureAllocation {
+public:
+    MeasureAllocation();
+    MeasureAllocation(const MeasureAllocation&) = delete;
+    MeasureAllocation& operator=(const MeasureAllocation&) = delete;
+
+    /// Returns the most that was in use beyond what was before, as large as the heap made each block.
+    std::size_t PeakBytes() const;
+
+private:
+    std::size_t before_;
 };
 
 /// Lets every allocation of more than so many bytes throw `std::bad_alloc` as long as this object lives.
