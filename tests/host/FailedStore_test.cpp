@@ -1,4 +1,7 @@
 #include <sys/stat.h>
+#include <sys/syscall.h>
+
+#include <cerrno>
 
 #include "host/HostTest.h"
 
@@ -58,6 +61,38 @@ TEST_F(FailedStore, ADiskThatFillsUpAnywhereLeavesTheOldDocumentAndTheNextStoreS
         ASSERT_EQ(Read("old.vrd"), whole);
     }
 }
+
+// What was written may get lost on its way from the system to the disk.
+TEST_F(FailedStore, ADiskThatDoesNotTakeTheContentLeavesTheOldDocument) {
+    StoreDocument("box.vrd", {UnitBox()});
+    Write("old.vrd", "the old document");
+    const Bytes before = Read("old.vrd");
+    ExpectFailure(
+        RunHost({"copy", Path("box.vrd"), Path("old.vrd")}, WithFailingCall(SYS_fsync, EIO)),
+        Path("old.vrd"), "Input/output error");
+    EXPECT_EQ(Read("old.vrd"), before);
+    EXPECT_THAT(Names(), ElementsAre("box.vrd", "old.vrd"));
+}
+
+TEST_F(FailedStore, AFileSystemThatKnowsNoSyncingIsNoFailure) {
+    StoreDocument("box.vrd", {UnitBox()});
+    ExpectSuccess(
+        RunHost({"copy", Path("box.vrd"), Path("new.vrd")}, WithFailingCall(SYS_fsync, EINVAL)));
+    EXPECT_EQ(Read("new.vrd"), Read("box.vrd"));
+}
+
+#ifdef SYS_rename  // What the C library calls where the kernel has it.
+TEST_F(FailedStore, ANameThatCannotBeExchangedLeavesTheOldDocument) {
+    StoreDocument("box.vrd", {UnitBox()});
+    Write("old.vrd", "the old document");
+    const Bytes before = Read("old.vrd");
+    ExpectFailure(
+        RunHost({"copy", Path("box.vrd"), Path("old.vrd")}, WithFailingCall(SYS_rename, EROFS)),
+        Path("old.vrd"), "Read-only file system");
+    EXPECT_EQ(Read("old.vrd"), before);
+    EXPECT_THAT(Names(), ElementsAre("box.vrd", "old.vrd"));
+}
+#endif
 
 TEST_F(FailedStore, AMissingFolder) {
     StoreDocument("box.vrd", {UnitBox()});

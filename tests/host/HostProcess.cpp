@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/capability.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -12,6 +14,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstddef>
+#include <iterator>
 
 namespace Vr::test {
 
@@ -112,6 +116,22 @@ ChildSetUp WithFileSizeLimit(size_t bytes) {
     return [bytes] {
         const rlimit limit = {bytes, bytes};
         setrlimit(RLIMIT_FSIZE, &limit);
+    };
+}
+
+ChildSetUp WithFailingCall(long call, int error) {
+    return [call, error] {
+        const auto number = static_cast<__u32>(call);
+        const auto failure = SECCOMP_RET_ERRNO | static_cast<__u32>(error);
+        sock_filter steps[] = {
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number, 0, 1),
+            BPF_STMT(BPF_RET | BPF_K, failure),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+        };
+        const sock_fprog filter = {std::size(steps), steps};
+        prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+        prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter, 0, 0);
     };
 }
 

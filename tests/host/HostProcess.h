@@ -45,6 +45,8 @@ HostResult RunHost(const std::vector<std::string>& arguments, const ChildSetUp& 
 /// @{
 /// Files end at this many bytes, as on a full disk.
 ChildSetUp WithFileSizeLimit(size_t bytes);
+/// The kernel answers a system call with an error. Several of these may be put on a child.
+ChildSetUp WithFailingCall(long call, int error);
 /// The permissions of files and folders count even for the superuser.
 void ObeyPermissions();
 /// The standard output goes to a device that is always full.
