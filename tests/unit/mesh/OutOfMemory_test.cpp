@@ -9,6 +9,7 @@
 
 #include "mesh/VraMesh.h"
 #include "mesh/VruDuplicateMap.h"
+#include "mesh/detail/CreateObject.h"
 #include "support/Caught.h"
 #include "support/FailingAllocation.h"
 #include "support/MeshBuilders.h"
@@ -193,6 +194,17 @@ TEST(OutOfMemory, AFailedLoadOfAnObjectIsAMemoryExceptionOfThePlatform) {
         caught = CaughtFrom([&] { loaded.Next(); });
     }
     EXPECT_EQ(caught, PlatformException("CMemoryException"));
+}
+
+// Throws what MFC's `operator new` does, and this program's does not.
+struct ShortOfMemory : CObject {
+    ShortOfMemory() { throw new CMemoryException(TRUE); }
+};
+
+TEST(OutOfMemory, ThePlatformsExceptionIsDeletedWhereAnObjectIsToBeCreated) {
+    const std::size_t before = LiveAllocations();
+    EXPECT_EQ(Vr::detail::CreateObjectOrNull<ShortOfMemory>(), nullptr);
+    EXPECT_EQ(LiveAllocations(), before);
 }
 
 TEST(OutOfMemory, AFailedStoreThrowsAndChangesNothing) {

@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "serialize/MeshSerializers.h"
 #include "serialize/ValueSerializers.h"
 #include "serialize/VrmArchive.h"
+#include "serialize/detail/ElementBridge.h"
 #include "support/MemoryFile.h"
 
 namespace {
@@ -225,6 +228,57 @@ TEST(ElementBridge, AMillionColoursTakeFewFileOperations) {
     loading >> object;
     const Mesh loaded(object);
     EXPECT_LE(file.ReadCalls(), 65u);
+}
+
+// Makes the operations that only openNURBS calls reachable.
+class PieceBridge : public Vr::detail::ElementBridge {
+public:
+    using ElementBridge::ElementBridge;
+    using ElementBridge::Read;
+    using ElementBridge::Write;
+};
+
+// No colour and no UV does, and only the bridge itself sees it.
+TEST(ElementBridge, ValuesMayLieAcrossTheEndsOfPiecesAndBeLongerThanOne) {
+    constexpr size_t kCount = 300000;
+    ByteVector values;
+    for (size_t number = 0; number < kCount; ++number)
+        values.push_back(static_cast<BYTE>(number * 2654435761u >> 8));
+    for (const size_t length : {size_t{7}, size_t{1000}, size_t{140000}}) {
+        SCOPED_TRACE(length);
+        MemoryFile file;
+        CArchive storing(&file, CArchive::store);
+        PieceBridge writer(storing);
+        for (size_t begin = 0; begin < kCount; begin += length) {
+            const size_t count = std::min(length, kCount - begin);
+            ASSERT_EQ(writer.Write(count, values.data() + begin), count);
+        }
+        writer.HandOver();
+        EXPECT_TRUE(file.Bytes() == values);
+
+        file.SeekToBegin();
+        CArchive loading(&file, CArchive::load);
+        PieceBridge reader(loading, kCount);
+        ByteVector read(kCount);
+        for (size_t begin = 0; begin < kCount; begin += length) {
+            const size_t count = std::min(length, kCount - begin);
+            ASSERT_EQ(reader.Read(count, read.data() + begin), count);
+        }
+        EXPECT_TRUE(read == values);
+    }
+}
+
+TEST(ElementBridge, WithNothingToHandOverTheFileIsLeftAlone) {
+    MemoryFile file;
+    CArchive archive(&file, CArchive::store);
+    PieceBridge bridge(archive);
+    bridge.HandOver();
+    EXPECT_EQ(file.WriteCalls(), 0u);
+    const BYTE value = 7;
+    bridge.Write(1, &value);
+    bridge.HandOver();
+    bridge.HandOver();
+    EXPECT_EQ(file.WriteCalls(), 1u);
 }
 
 }  // namespace
