@@ -186,4 +186,26 @@ TEST(ExactMerge, OfZerosOfBothSignsTheFirstUsedStandsForAllWhereValuesAreSortedA
     EXPECT_FALSE(std::signbit(values[1].z));
 }
 
+// The zero that stands first is like the memory that values are yet to be written to.
+TEST(ExactMerge, OfZerosAloneTheFirstUsedStandsForAllWhereValuesAreSortedAlone) {
+    constexpr size_t kCount = 40000;
+    for (const bool isNegativeFirst : {false, true}) {
+        SCOPED_TRACE(isNegativeFirst);
+        const double firstZero = isNegativeFirst ? -0.0 : 0.0;
+        std::vector<ON_3dPoint> values = {ON_3dPoint(-firstZero, 0.0, 0.0)};
+        for (size_t i = 0; i < kCount; ++i)
+            values.push_back(ON_3dPoint(static_cast<double>(1 + (i * 7919) % kCount), 0.0, 0.0));
+        values.push_back(ON_3dPoint(firstZero, 0.0, 0.0));
+        Numbers numbers;
+        for (size_t number = values.size(); number > 0; --number)
+            numbers.push_back(number - 1);
+        MergeEqual(ArrayRole(values), numbers);
+        ASSERT_EQ(values.size(), kCount + 1);
+        EXPECT_EQ(std::signbit(values[0].x), isNegativeFirst);
+        EXPECT_EQ(values[1].x, 1.0);
+        EXPECT_EQ(numbers.front(), 0u);
+        EXPECT_EQ(numbers.back(), 0u);
+    }
+}
+
 }  // namespace
