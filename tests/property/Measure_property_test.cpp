@@ -155,13 +155,20 @@ TEST(ScatteredLaw, BoxAndVolumeAreThoseOfTheTrianglesInOrder) {
             mesh->GetModifiableVertexIndexArray()->push_back(
                 {usedEnd - 1 - vertex, usedEnd - 2 - vertex, usedEnd - 3 - vertex});
         }
-        (*mesh->GetModifiableVertexArray())[128] = ON_3dPoint(10, -10, 10);
-        (*mesh->GetModifiableVertexArray())[191] = ON_3dPoint(-10, 10, -10);
+        std::vector<ON_3dPoint>& vertices = *mesh->GetModifiableVertexArray();
+        vertices[128] = ON_3dPoint(10, -10, 10);
+        vertices[191] = ON_3dPoint(-10, 10, -10);
+        ASSERT_TRUE(SameBox(*mesh));
+        // The bounds where few vertices around are used.
+        const std::size_t lone = 20000 + random.Below(64) * 2;
+        mesh->GetModifiableVertexIndexArray()->push_back({lone, lone, lone + 300});
+        vertices[lone] = ON_3dPoint(11, -11, 11);
+        vertices[lone + 300] = ON_3dPoint(-11, 11, -11);
         ASSERT_TRUE(SameBox(*mesh));
         const ON_3dPoint reference(1, 2, 3);
         ASSERT_TRUE(SameBits(mesh->CalcVolume(reference), SlowVolume(*mesh, reference)));
         // Bounds of zero keep the sign of the zero that is met first.
-        for (ON_3dPoint& point : *mesh->GetModifiableVertexArray())
+        for (ON_3dPoint& point : vertices)
             point.x = point.x > 0 ? -0.0 : 0.0;
         ASSERT_TRUE(SameBox(*mesh));
     }
