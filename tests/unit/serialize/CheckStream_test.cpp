@@ -544,6 +544,13 @@ TEST(CheckStream, ADerivedObjectIsWanted) {
 
 // ---- limits ------------------------------------------------------------------------------------
 
+TEST(CheckLimits, AreTheStatedOnesUnlessTheHostSaysOtherwise) {
+    const CheckLimits limits;
+    EXPECT_EQ(limits.objects, 1048576u);
+    EXPECT_EQ(limits.arrays, 8388608u);
+    EXPECT_EQ(limits.findings, 100u);
+}
+
 TEST(CheckLimits, ObjectsAreCountedWithoutNullAndRepeatedOnes) {
     const Mesh mesh = NewPrimitive();
     const Bytes bytes = StoredObjects({mesh, nullptr, mesh, NewPrimitive(), NewPrimitive()});

@@ -142,6 +142,7 @@ TEST(ExactMerge, GivesTheSameWithNumbersOfBothWidths) {
             .Run();
         ASSERT_TRUE(SameBits(&values, &narrowValues));
         ASSERT_EQ(numbers, narrowNumbers);
+        ASSERT_EQ(values.capacity(), values.size()) << "memory that nobody needs is kept";
     }
 }
 
