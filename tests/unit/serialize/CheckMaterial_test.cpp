@@ -6,6 +6,8 @@
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "golden/OpenNurbsRecords.h"
 #include "serialize/CheckStream.h"
@@ -74,6 +76,51 @@ TEST(CheckMaterial, FileNamesAndTheNameOfALibraryArePassedOver) {
     CheckStream stream(bytes.data(), bytes.size());
     EXPECT_TRUE(stream.Material());
     EXPECT_EQ(stream.Remaining(), 1u);
+}
+
+// Some bytes and then zeros, 6 GiB in all.
+class LongFile : public CFile {
+public:
+    explicit LongFile(Bytes head) : head_(std::move(head)) {}
+    ULONGLONG GetLength() const override { return ULONGLONG{6} << 30; }
+    ULONGLONG GetPosition() const override { return position_; }
+    ULONGLONG Seek(LONGLONG offset, UINT from) override {
+        EXPECT_EQ(from, UINT{CFile::begin});
+        return position_ = static_cast<ULONGLONG>(offset);
+    }
+    UINT Read(void* target, UINT count) override {
+        auto* bytes = static_cast<BYTE*>(target);
+        for (UINT i = 0; i < count; ++i, ++position_)
+            bytes[i] = position_ < head_.size() ? head_[position_] : BYTE{0};
+        return count;
+    }
+
+private:
+    Bytes head_;
+    ULONGLONG position_ = 0;
+};
+
+// Such a count is signed when it is read.
+TEST(CheckMaterial, AStringHasUpToTwoToThe31UnitsLessOne) {
+    Bytes bytes = OakMaterial().Bytes();
+    bytes.resize(129);
+    for (const std::size_t place : {125u, 126u, 127u})
+        bytes[place] = 0xFF;
+    bytes[128] = 0x7F;
+    LongFile file(bytes);
+    CheckStream stream(file);
+    EXPECT_TRUE(stream.Material());
+    // The count ends at 129; behind the string are an empty name of 4 bytes and the addition of 32.
+    EXPECT_EQ(stream.Position(), 129u + 2u * 0x7FFFFFFFull + 4u + 32u);
+    EXPECT_THAT(stream.Result().findings, IsEmpty());
+
+    bytes[125] = bytes[126] = bytes[127] = 0;
+    bytes[128] = 0x80;
+    LongFile negative(bytes);
+    CheckStream refusing(negative);
+    EXPECT_FALSE(refusing.Material());
+    EXPECT_THAT(refusing.Result().findings,
+                ElementsAre(Finding(CheckCode::MaterialFields, 0, kDoNotFit)));
 }
 
 TEST(CheckMaterial, EveryPrefixIsUnsafe) {

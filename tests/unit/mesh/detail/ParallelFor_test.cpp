@@ -18,6 +18,25 @@ namespace {
 
 using Vr::detail::ParallelRanges;
 using Vr::detail::RangeBegin;
+using Vr::detail::WorkerCount;
+
+#if defined(_OPENMP)
+TEST(WorkerCount, IsTheNumberOfThreadsUnlessThereIsTooLittleToDo) {
+    const int before = omp_get_max_threads();
+    omp_set_num_threads(3);
+    EXPECT_EQ(WorkerCount(1000, 100), 3u);
+    omp_set_num_threads(1);
+    EXPECT_EQ(WorkerCount(1000, 100), 1u);
+    omp_set_num_threads(3);
+    if (!Vr::detail::kSmallAsLarge) {
+        EXPECT_EQ(WorkerCount(299, 100), 2u);
+        EXPECT_EQ(WorkerCount(199, 100), 1u);
+    }
+    EXPECT_EQ(WorkerCount(0, 100), 1u);
+    EXPECT_EQ(WorkerCount(2, 0), 2u) << "a grain of none is one element";
+    omp_set_num_threads(before);
+}
+#endif
 
 TEST(ParallelRanges, ElementsAreDealtOutInOrderTheFirstWorkersHaveOneMore) {
     // Ten among three: four, three, three.
