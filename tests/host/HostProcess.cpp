@@ -130,8 +130,9 @@ ChildSetUp WithFailingCall(long call, int error) {
             BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
         };
         const sock_fprog filter = {std::size(steps), steps};
-        prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-        prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter, 0, 0);
+        if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+            prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter, 0, 0) != 0)
+            _exit(126);
     };
 }
 
