@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <tuple>
@@ -109,18 +110,29 @@ TEST_P(ThreadCounts, NormalsPerVertexAreAsDefinedAndInVertexOrder) {
     }
 }
 
+std::size_t CountUsed(const VraMeshPrimitive& mesh) {
+    std::vector<bool> isUsed(mesh.GetVertexArray()->size());
+    for (const TriangleIndex& corners : *mesh.GetVertexIndexArray())
+        for (const std::size_t vertex : corners.v)
+            isUsed[vertex] = true;
+    return static_cast<std::size_t>(std::count(isUsed.begin(), isUsed.end(), true));
+}
+
 TEST_P(ThreadCounts, NormalsOfASurfaceWhereEveryVertexIsUsedAreAsDefined) {
     // Sums that fit a cache, which one worker adds up, and more of them.
     for (const std::size_t side : {std::size_t{175}, std::size_t{260}}) {
-        SCOPED_TRACE(side);
-        const Mesh mesh = RoughField(0, 0, side);
-        mesh->SetCreaseAngle(-1.0);
-        mesh->CreateNormalPerVertex();
-        const VertexNormals expected =
-            CreateNormalOracle(*mesh->GetVertexArray(), *mesh->GetVertexIndexArray(), -1.0, 0)
-                .Compute();
-        EXPECT_TRUE(SameBits(mesh->GetNormalArray().get(), &expected.normals));
-        EXPECT_TRUE(PerVertexOf(*mesh->GetNormalIndexArray()) == expected.indices);
+        for (const std::size_t repeatCount : {std::size_t{0}, std::size_t{20}}) {
+            SCOPED_TRACE(std::to_string(side) + ", repeats " + std::to_string(repeatCount));
+            const Mesh mesh = RoughField(repeatCount, 0, side);
+            ASSERT_EQ(CountUsed(*mesh), mesh->GetVertexArray()->size());
+            mesh->SetCreaseAngle(-1.0);
+            mesh->CreateNormalPerVertex();
+            const VertexNormals expected =
+                CreateNormalOracle(*mesh->GetVertexArray(), *mesh->GetVertexIndexArray(), -1.0, 0)
+                    .Compute();
+            EXPECT_TRUE(SameBits(mesh->GetNormalArray().get(), &expected.normals));
+            EXPECT_TRUE(PerVertexOf(*mesh->GetNormalIndexArray()) == expected.indices);
+        }
     }
 }
 
