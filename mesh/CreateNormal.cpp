@@ -105,7 +105,7 @@ private:
         detail::ParallelRanges(sums_.size(), readers, [&](size_t begin, size_t end, size_t worker) {
             hasRepeats[worker] = AddFaces(faces.get(), 0, count, begin, end);
         });
-        hasRepeats_ = hasRepeats[0] != 0;
+        hasRepeats_ = hasRepeats.front() != 0;  // Each has seen all triangles.
     }
 
     // Adds the faces of triangles [first, last) to those of their vertices that are in [begin, end),
