@@ -172,6 +172,73 @@ TEST(IndexArrayOperators, ReserveExactlyTheCount) {
     EXPECT_EQ(PerTriangleOf(indices).capacity(), 2u);
 }
 
+// Loading asks for 64 KiB at a time: 2730 triangles, vertices or normals, 8192 numbers.
+class ElementCount : public ::testing::TestWithParam<std::size_t> {};
+INSTANTIATE_TEST_SUITE_P(AroundThePieces, ElementCount,
+                         ::testing::Values(2729, 2730, 2731, 5460, 5461, 8192, 8193, 16385, 30000));
+
+std::vector<TriangleIndex> CountedTriangles(std::size_t count) {
+    std::vector<TriangleIndex> triangles;
+    for (std::size_t i = 0; i < count; ++i)
+        triangles.push_back({3 * i, 3 * i + 1, 3 * i + 2});
+    return triangles;
+}
+
+TEST_P(ElementCount, TriplesAreStoredOneAfterTheOtherAndLoadedBack) {
+    const std::vector<TriangleIndex> triangles = CountedTriangles(GetParam());
+    ByteScript script = ByteScript().OneByte(0, "form").Qword(GetParam(), "count");
+    for (std::size_t number = 0; number < 3 * GetParam(); ++number)
+        script.Qword(number, "number");
+    EXPECT_TRUE(script.Matches(StoredPlainly(IndexArray(IndexArray::PerVertex(triangles)))));
+    IndexArray loaded;
+    LoadFrom(script.OneByte(9, "behind"), [&](CArchive& archive) {
+        archive >> loaded;
+        BYTE behind = 0;
+        archive >> behind;
+        EXPECT_EQ(behind, 9);
+    });
+    EXPECT_TRUE(PerVertexOf(loaded) == triangles);
+}
+
+TEST_P(ElementCount, NumbersAreStoredOneAfterTheOtherAndLoadedBack) {
+    std::vector<std::size_t> numbers;
+    ByteScript script = ByteScript().OneByte(1, "form").Qword(GetParam(), "count");
+    for (std::size_t number = 0; number < GetParam(); ++number) {
+        script.Qword(number + 7, "number");
+        numbers.push_back(number + 7);
+    }
+    EXPECT_TRUE(script.Matches(StoredPlainly(IndexArray(IndexArray::PerTriangle(numbers)))));
+    IndexArray loaded;
+    LoadFrom(script, [&](CArchive& archive) { archive >> loaded; });
+    EXPECT_TRUE(PerTriangleOf(loaded) == numbers);
+}
+
+TEST_P(ElementCount, OfACutStreamTheWholeTriplesAreLoaded) {
+    const std::vector<TriangleIndex> triangles = CountedTriangles(GetParam());
+    Bytes bytes = StoredPlainly(IndexArray(IndexArray::PerVertex(triangles)));
+    bytes.resize(bytes.size() - 24 - 5);
+    MemoryFile file(bytes);
+    CArchive archive(&file, CArchive::load);
+    IndexArray loaded;
+    EXPECT_EQ(CaughtFrom([&] { archive >> loaded; }),
+              ArchiveException(CArchiveException::endOfFile, ""));
+    EXPECT_TRUE(PerVertexOf(loaded) == CountedTriangles(GetParam() - 2));
+    archive.Abort();
+}
+
+TEST_P(ElementCount, VerticesAndNormalsOfAMeshAreLoadedBack) {
+    const Mesh mesh = NewPrimitive({}, {});
+    mesh->SetNormalArray(Normals({}));
+    for (std::size_t i = 0; i < GetParam(); ++i) {
+        const double x = static_cast<double>(i);
+        mesh->GetModifiableVertexArray()->push_back(ON_3dPoint(x, -x, 0.25));
+        mesh->GetModifiableNormalArray()->push_back(ON_3dVector(0.5, x, -x));
+    }
+    const std::vector<Mesh> loaded = LoadedObjects(StoredObjects({mesh}), 1);
+    EXPECT_TRUE(SameBits(loaded[0]->GetVertexArray().get(), mesh->GetVertexArray().get()));
+    EXPECT_TRUE(SameBits(loaded[0]->GetNormalArray().get(), mesh->GetNormalArray().get()));
+}
+
 template <class Value>
 class IndexModeCheck : public ::testing::Test {};
 using IndexTypes = ::testing::Types<TriangleIndex, IndexArray>;
