@@ -14,16 +14,22 @@ using ::testing::ElementsAre;
 constexpr size_t kLimit = 300;
 constexpr const char* kDiskFull = "File too large";
 
-class FailedStore : public HostTest {};
+class FailedStore : public HostTest {
+protected:
+    // A copy over an old document fails, and leaves that document and no temporary file.
+    void ExpectOldDocumentStays(const ChildSetUp& setUp, const std::string& reason) {
+        StoreDocument("box.vrd", {UnitBox()});
+        Write("old.vrd", "the old document");
+        const Bytes before = Read("old.vrd");
+        ExpectFailure(RunHost({"copy", Path("box.vrd"), Path("old.vrd")}, setUp), Path("old.vrd"),
+                      reason);
+        EXPECT_EQ(Read("old.vrd"), before);
+        EXPECT_THAT(Names(), ElementsAre("box.vrd", "old.vrd"));
+    }
+};
 
 TEST_F(FailedStore, AFullDiskLeavesTheOldDocumentAndNoTemporaryFile) {
-    StoreDocument("box.vrd", {UnitBox()});
-    Write("old.vrd", "the old document");
-    const Bytes before = Read("old.vrd");
-    ExpectFailure(RunHost({"copy", Path("box.vrd"), Path("old.vrd")}, WithFileSizeLimit(kLimit)),
-                  Path("old.vrd"), kDiskFull);
-    EXPECT_EQ(Read("old.vrd"), before);
-    EXPECT_THAT(Names(), ElementsAre("box.vrd", "old.vrd"));
+    ExpectOldDocumentStays(WithFileSizeLimit(kLimit), kDiskFull);
 }
 
 TEST_F(FailedStore, AFullDiskLeavesNothingWhereNothingWas) {
@@ -64,14 +70,7 @@ TEST_F(FailedStore, ADiskThatFillsUpAnywhereLeavesTheOldDocumentAndTheNextStoreS
 
 // What was written may get lost on its way from the system to the disk.
 TEST_F(FailedStore, ADiskThatDoesNotTakeTheContentLeavesTheOldDocument) {
-    StoreDocument("box.vrd", {UnitBox()});
-    Write("old.vrd", "the old document");
-    const Bytes before = Read("old.vrd");
-    ExpectFailure(
-        RunHost({"copy", Path("box.vrd"), Path("old.vrd")}, WithFailingCall(SYS_fsync, EIO)),
-        Path("old.vrd"), "Input/output error");
-    EXPECT_EQ(Read("old.vrd"), before);
-    EXPECT_THAT(Names(), ElementsAre("box.vrd", "old.vrd"));
+    ExpectOldDocumentStays(WithFailingCall(SYS_fsync, EIO), "Input/output error");
 }
 
 TEST_F(FailedStore, AFileSystemThatKnowsNoSyncingIsNoFailure) {
@@ -83,14 +82,7 @@ TEST_F(FailedStore, AFileSystemThatKnowsNoSyncingIsNoFailure) {
 
 #ifdef SYS_rename  // What the C library calls where the kernel has it.
 TEST_F(FailedStore, ANameThatCannotBeExchangedLeavesTheOldDocument) {
-    StoreDocument("box.vrd", {UnitBox()});
-    Write("old.vrd", "the old document");
-    const Bytes before = Read("old.vrd");
-    ExpectFailure(
-        RunHost({"copy", Path("box.vrd"), Path("old.vrd")}, WithFailingCall(SYS_rename, EROFS)),
-        Path("old.vrd"), "Read-only file system");
-    EXPECT_EQ(Read("old.vrd"), before);
-    EXPECT_THAT(Names(), ElementsAre("box.vrd", "old.vrd"));
+    ExpectOldDocumentStays(WithFailingCall(SYS_rename, EROFS), "Read-only file system");
 }
 #endif
 
