@@ -25,18 +25,6 @@ constexpr size_t kRest = size_t{48} << 10;
 // grows, 48.
 constexpr size_t kMultiple = 5;
 
-struct Document {
-    const char* name;
-    Bytes bytes;
-    size_t objectCount;
-    size_t arrayCount;
-    bool isSafe;
-};
-
-void PrintTo(const Document& document, std::ostream* out) {
-    *out << document.name << ", " << document.bytes.size() << " bytes";
-}
-
 // Many objects; `addBody(script, firstArray)` adds the seven envelopes of each.
 template <class AddBody>
 Bytes Objects(const AddBody& addBody) {
@@ -100,43 +88,54 @@ Bytes CountWithoutElements() {
         .Bytes();
 }
 
-std::vector<Document> Documents() {
-    return {
-        {"objects without arrays", Objects(AddAbsentArrays), kObjectCount, 0, true},
-        {"empty arrays", Objects(AddEmptyArrays), kObjectCount, kObjectCount * kEnvelopeCount,
-         true},
-        {"findings", Objects(AddWrongReferences), kObjectCount, kEnvelopeCount, false},
-        {"large arrays", OneLargeArray(), 1, 2, true},
-        {"a count without elements", CountWithoutElements(), 1, 1, false},
-    };
+struct Document {
+    const char* name;
+    Bytes (*make)();
+    size_t objectCount;
+    size_t arrayCount;
+    bool isSafe;
+};
+
+void PrintTo(const Document& document, std::ostream* out) {
+    *out << document.name;
 }
 
-void ExpectWholeReport(const CheckReport& report, const Document& document) {
-    EXPECT_EQ(report.IsSafe(), document.isSafe);
-    EXPECT_EQ(report.objectCount, document.objectCount);
-    EXPECT_EQ(report.arrayCount, document.arrayCount);
-}
+class CheckMemory : public ::testing::TestWithParam<Document> {
+protected:
+    void ExpectWholeReport(const CheckReport& report) const {
+        EXPECT_EQ(report.IsSafe(), GetParam().isSafe);
+        EXPECT_EQ(report.objectCount, GetParam().objectCount);
+        EXPECT_EQ(report.arrayCount, GetParam().arrayCount);
+    }
 
-class CheckMemory : public ::testing::TestWithParam<Document> {};
-INSTANTIATE_TEST_SUITE_P(CheckDocument, CheckMemory, ::testing::ValuesIn(Documents()),
-                         [](const auto& instance) {
-                             return "Document" + std::to_string(instance.index);
-                         });
+    const Bytes bytes_ = GetParam().make();
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    CheckDocument, CheckMemory,
+    ::testing::Values(Document{"ObjectsWithoutArrays", [] { return Objects(AddAbsentArrays); },
+                               kObjectCount, 0, true},
+                      Document{"EmptyArrays", [] { return Objects(AddEmptyArrays); }, kObjectCount,
+                               kObjectCount* kEnvelopeCount, true},
+                      Document{"Findings", [] { return Objects(AddWrongReferences); }, kObjectCount,
+                               kEnvelopeCount, false},
+                      Document{"LargeArrays", OneLargeArray, 1, 2, true},
+                      Document{"ACountWithoutElements", CountWithoutElements, 1, 1, false}),
+    [](const auto& instance) { return instance.param.name; });
 
 TEST_P(CheckMemory, IsASmallMultipleOfTheBytes) {
-    const Bytes& bytes = GetParam().bytes;
     const MeasureAllocation memory;
-    const CheckReport report = CheckDocument(bytes.data(), bytes.size());
-    EXPECT_LE(memory.PeakBytes(), kMultiple * bytes.size() + kRest);
-    ExpectWholeReport(report, GetParam());
+    const CheckReport report = CheckDocument(bytes_.data(), bytes_.size());
+    EXPECT_LE(memory.PeakBytes(), kMultiple * bytes_.size() + kRest);
+    ExpectWholeReport(report);
 }
 
 TEST_P(CheckMemory, TakesAPieceOfAFileBesides) {
-    MemoryFile file(GetParam().bytes);
+    MemoryFile file(bytes_);
     const MeasureAllocation memory;
     const CheckReport report = CheckDocument(file);
-    EXPECT_LE(memory.PeakBytes(), kMultiple * GetParam().bytes.size() + kPiece + kRest);
-    ExpectWholeReport(report, GetParam());
+    EXPECT_LE(memory.PeakBytes(), kMultiple * bytes_.size() + kPiece + kRest);
+    ExpectWholeReport(report);
 }
 
 // The elements are passed over or read in pieces, so the bytes do not count at all.
